@@ -1,0 +1,60 @@
+#include "async/MainLoop.h"
+
+#include <memory>
+#include <utility>
+
+namespace corvane {
+namespace {
+
+/// Shared by the source and the subscription: whichever ends first tells the other.
+struct PendingCall {
+    std::move_only_function<void()> action;
+    GSource* source = nullptr; // null once the call has run or was taken back
+};
+
+using Shared = std::shared_ptr<PendingCall>;
+
+gboolean runOnce(gpointer data)
+{
+    const auto call = *static_cast<Shared*>(data);
+    call->source = nullptr;
+    auto action = std::move(call->action);
+    action();
+    return G_SOURCE_REMOVE;
+}
+
+Subscription schedule(GSource* source, std::move_only_function<void()> action)
+{
+    auto call = std::make_shared<PendingCall>(std::move(action), source);
+    g_source_set_priority(source, G_PRIORITY_DEFAULT);
+    g_source_set_callback(source, runOnce, new Shared(call), [](gpointer data) { delete static_cast<Shared*>(data); });
+    g_source_attach(source, g_main_context_get_thread_default());
+    g_source_unref(source); // the context owns it now
+    return Subscription([call] {
+        if (auto* pending = std::exchange(call->source, nullptr))
+            g_source_destroy(pending);
+    });
+}
+
+} // namespace
+
+Subscription callLater(std::move_only_function<void()> action)
+{
+    return schedule(g_idle_source_new(), std::move(action));
+}
+
+Subscription callAfter(std::chrono::milliseconds delay, std::move_only_function<void()> action)
+{
+    const auto milliseconds = delay.count() > 0 ? delay.count() : 0;
+    const bool wholeSeconds = milliseconds >= 2000 && milliseconds % 1000 == 0;
+    auto* source = wholeSeconds ? g_timeout_source_new_seconds(static_cast<guint>(milliseconds / 1000))
+                                : g_timeout_source_new(static_cast<guint>(milliseconds));
+    return schedule(source, std::move(action));
+}
+
+void Delay::await_suspend(std::coroutine_handle<> waiter)
+{
+    timer_ = callAfter(delay_, [waiter] { waiter.resume(); });
+}
+
+} // namespace corvane

@@ -1,0 +1,12 @@
+#include "ports/AppInfo.h"
+
+#include "generated/BuildValues.h"
+
+namespace corvane {
+
+AppInfo AppInfo::ofThisBuild()
+{
+    return {.shortVersion = build::version};
+}
+
+} // namespace corvane

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "async/Task.h"
+#include "base/Error.h"
+#include "base/Url.h"
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace corvane {
+
+enum class HttpMethod : std::uint8_t { get, post };
+
+/// How large a decoded body may grow before the request counts as failed.
+enum class BodyLimit : std::uint8_t {
+    json, // 4 MiB
+    page, // 8 MiB
+};
+
+struct HttpRequest {
+    Url url;
+    HttpMethod method = HttpMethod::get;
+    std::vector<std::pair<std::string, std::string>> headers = {};
+    std::string body = {};
+    BodyLimit limit = BodyLimit::json;
+};
+
+struct HttpResponse {
+    int status = 0;
+    std::string body; // decoded
+
+    bool isSuccess() const { return status >= 200 && status < 300; }
+};
+
+/// The one way to the network. Requests carry no cookies and are never answered from a cache. Follows at most 20
+/// redirects, never from https to http. A request fails after 60 seconds of silence, after 120 seconds in all, past its
+/// body limit, on a certificate that does not hold, and for every scheme but http and https.
+class HttpClient {
+public:
+    virtual ~HttpClient() = default;
+
+    /// A 4xx or 5xx status is an answer, not a failure. Destroying the task cancels the request.
+    virtual Task<Result<HttpResponse>> send(HttpRequest request) = 0;
+};
+
+} // namespace corvane

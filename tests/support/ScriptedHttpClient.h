@@ -1,0 +1,40 @@
+#pragma once
+
+#include "ports/HttpClient.h"
+
+#include <coroutine>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace corvane::testing {
+
+/// A network whose answers a test writes: each request waits until the test answers it, or is answered at once by the
+/// `respond` rule when that is set.
+class ScriptedHttpClient final : public HttpClient {
+public:
+    using Answer = Result<HttpResponse>;
+
+    Task<Answer> send(HttpRequest request) override;
+
+    /// Answers every later request at once.
+    std::function<Answer(const HttpRequest&)> respond;
+
+    /// Every request so far, answered or not, cancelled or not.
+    const std::vector<HttpRequest>& requests() const { return requests_; }
+
+    /// Answers the request with this number in `requests()`. False when it was cancelled or answered before.
+    bool answer(std::size_t index, Answer answer);
+
+    /// Requests that still wait.
+    std::size_t waiting() const { return waiting_.size(); }
+
+private:
+    class UntilAnswered;
+
+    std::vector<HttpRequest> requests_;
+    std::vector<UntilAnswered*> waiting_;
+};
+
+} // namespace corvane::testing

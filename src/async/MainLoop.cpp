@@ -1,5 +1,7 @@
 #include "async/MainLoop.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <utility>
 
@@ -23,11 +25,18 @@ gboolean runOnce(gpointer data)
     return G_SOURCE_REMOVE;
 }
 
+/// The context has let go of the source, perhaps because it ends itself.
+void release(gpointer data)
+{
+    const std::unique_ptr<Shared> call(static_cast<Shared*>(data));
+    (*call)->source = nullptr;
+}
+
 Subscription schedule(GSource* source, std::move_only_function<void()> action)
 {
     auto call = std::make_shared<PendingCall>(std::move(action), source);
     g_source_set_priority(source, G_PRIORITY_DEFAULT);
-    g_source_set_callback(source, runOnce, new Shared(call), [](gpointer data) { delete static_cast<Shared*>(data); });
+    g_source_set_callback(source, runOnce, new Shared(call), release);
     g_source_attach(source, g_main_context_get_thread_default());
     g_source_unref(source); // the context owns it now
     return Subscription([call] {
@@ -45,10 +54,12 @@ Subscription callLater(std::move_only_function<void()> action)
 
 Subscription callAfter(std::chrono::milliseconds delay, std::move_only_function<void()> action)
 {
-    const auto milliseconds = delay.count() > 0 ? delay.count() : 0;
-    const bool wholeSeconds = milliseconds >= 2000 && milliseconds % 1000 == 0;
-    auto* source = wholeSeconds ? g_timeout_source_new_seconds(static_cast<guint>(milliseconds / 1000))
-                                : g_timeout_source_new(static_cast<guint>(milliseconds));
+    static constexpr std::int64_t most = G_MAXUINT; // about 50 days in milliseconds
+    const std::int64_t milliseconds = delay.count() > 0 ? delay.count() : 0;
+    const bool inSeconds = milliseconds > most || (milliseconds >= 2000 && milliseconds % 1000 == 0);
+    const auto seconds = std::min(milliseconds / 1000, most);
+    auto* source = inSeconds ? g_timeout_source_new_seconds(static_cast<guint>(seconds))
+                             : g_timeout_source_new(static_cast<guint>(milliseconds));
     return schedule(source, std::move(action));
 }
 

@@ -34,7 +34,8 @@ bool isNestedDeeperThan(std::string_view text, std::size_t deepest)
 
 std::optional<Json> parseJson(std::string_view text, std::size_t deepest)
 {
-    if (isNestedDeeperThan(text, deepest))
+    // The parser would take a null byte for the end of the text.
+    if (text.contains('\0') || isNestedDeeperThan(text, deepest))
         return std::nullopt;
     auto document = Json::parse(text, nullptr, /*allow_exceptions=*/false);
     if (document.is_discarded())

@@ -3,7 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdlib>
+#include <memory>
 #include <utility>
+
+#include <unicase.h>
 
 namespace corvane {
 namespace {
@@ -80,6 +84,21 @@ std::string_view trimmedBy(std::string_view text, IsBlank isBlank)
     return text;
 }
 
+char lowercase(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+/// Unicode's full case folding.
+std::string caseFolded(std::string_view text)
+{
+    std::size_t size = 0;
+    const std::unique_ptr<std::uint8_t, void (*)(void*)> folded(
+        u8_casefold(reinterpret_cast<const std::uint8_t*>(text.data()), text.size(), nullptr, UNINORM_NFC, nullptr, &size),
+        std::free);
+    return folded ? std::string(reinterpret_cast<const char*>(folded.get()), size) : std::string(text);
+}
+
 bool isAlphanumeric(char c)
 {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
@@ -118,11 +137,18 @@ std::string_view trimmedBlanks(std::string_view text)
 std::string lowercased(std::string_view text)
 {
     std::string lower(text);
-    for (char& c : lower) {
-        if (c >= 'A' && c <= 'Z')
-            c = static_cast<char>(c - 'A' + 'a');
-    }
+    std::ranges::transform(lower, lower.begin(), lowercase);
     return lower;
+}
+
+bool containsIgnoringCase(std::string_view text, std::string_view part)
+{
+    const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+    if (std::ranges::all_of(part, isAscii)) {
+        const auto equal = [](char a, char b) { return lowercase(a) == lowercase(b); };
+        return part.empty() || !std::ranges::search(text, part, equal).empty();
+    }
+    return caseFolded(text).contains(caseFolded(part));
 }
 
 bool isValidUtf8(std::string_view bytes)

@@ -16,6 +16,9 @@ std::string_view trimmedBlanks(std::string_view text);
 /// ASCII letters in lower case, every other byte as it is.
 std::string lowercased(std::string_view text);
 
+/// Whether `text` contains `part` when the case of letters is ignored. An empty part is contained in everything.
+bool containsIgnoringCase(std::string_view text, std::string_view part);
+
 /// Whether every byte belongs to well-formed UTF-8 (RFC 3629: no surrogates, no overlong forms).
 bool isValidUtf8(std::string_view bytes);
 

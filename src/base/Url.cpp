@@ -91,7 +91,11 @@ std::optional<std::string> asciiHost(std::string_view host)
     const std::unique_ptr<char, void (*)(void*)> owner(converted, idn2_free);
     if (status != IDN2_OK || converted == nullptr)
         return std::nullopt;
-    return std::string(converted);
+    // The mapping makes "/", "?", "#" and the like of their wide forms, which would end the host.
+    const std::string_view name(converted);
+    const bool good = std::ranges::all_of(
+        name, [](char c) { return isAlpha(c) || isDigit(c) || c == '-' || c == '.' || c == '_'; });
+    return good ? std::optional<std::string>(name) : std::nullopt;
 }
 
 bool isIpLiteral(std::string_view host)
@@ -118,7 +122,7 @@ bool isPort(std::string_view port)
 struct Authority {
     std::string text; // userinfo@host:port in ASCII
     std::string host;
-    std::string port;
+    std::string port; // without leading zeros
 };
 
 std::optional<Authority> parseAuthority(std::string_view text)
@@ -141,7 +145,8 @@ std::optional<Authority> parseAuthority(std::string_view text)
     auto whole = encodedNonAscii(userInfo) + *host;
     if (colon != npos)
         whole += ':' + std::string(port);
-    return Authority{std::move(whole), lowercased(*host), std::string(port)};
+    const auto digits = port.substr(std::min(port.find_first_not_of('0'), port.empty() ? 0 : port.size() - 1));
+    return Authority{std::move(whole), lowercased(*host), std::string(digits)};
 }
 
 bool hasMisplacedBracket(std::string_view afterAuthority)
@@ -173,7 +178,8 @@ std::optional<Url> Url::parse(std::string_view text)
         url.host_ = std::move(authority->host);
         url.port_ = std::move(authority->port);
     }
-    if (url.isHttp() && url.host_.empty())
+    // An engine decodes %XX in a host; this reader does not, so the two would see different ones.
+    if (url.isHttp() && (url.host_.empty() || url.host_.contains('%')))
         return std::nullopt;
     if (hasMisplacedBracket(rest))
         return std::nullopt;

@@ -1,0 +1,88 @@
+#include "catalogue/SiteListManager.h"
+
+#include "support/MemoryFileStore.h"
+#include "support/MemoryResources.h"
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+std::string document(std::string_view service)
+{
+    return "[ {\"service\":\"" + std::string(service) + R"(","url":"u","description":"d"} ])";
+}
+
+class SiteListManagerTest : public ::testing::Test {
+protected:
+    SiteListManagerTest() { resources.files["sites.json"] = document("shipped"); }
+
+    static std::string firstOf(const SiteListManager& manager)
+    {
+        return manager.sites()->empty() ? "" : manager.sites()->front().service;
+    }
+
+    testing::MemoryFileStore files;
+    testing::MemoryResources resources;
+    const Places places{.data = "/data"};
+    const std::filesystem::path local = "/data/sites/sites.json";
+    const std::filesystem::path backup = "/data/sites/sites.json.bak";
+};
+
+TEST_F(SiteListManagerTest, FallsBackFromTheLocalCopyToTheShippedListToNothing)
+{
+    struct Case {
+        std::optional<std::string> localCopy, shipped;
+        std::string first;
+    };
+    for (const auto& [localCopy, shipped, first] : std::vector<Case>{
+             {document("local"), document("shipped"), "local"},
+             {"[]", document("shipped"), ""},
+             {"[{}]", document("shipped"), "shipped"},
+             {std::nullopt, document("shipped"), "shipped"},
+             {"torn", "[{", ""},
+             {std::nullopt, std::nullopt, ""},
+         }) {
+        files.files.clear();
+        resources.files.clear();
+        if (localCopy)
+            files.files[local] = *localCopy;
+        if (shipped)
+            resources.files["sites.json"] = *shipped;
+        EXPECT_EQ(firstOf(SiteListManager(files, resources, places)), first) << localCopy.value_or("absent");
+    }
+    EXPECT_EQ(files.writes, 0);
+    EXPECT_TRUE(files.folders.empty());
+}
+
+TEST_F(SiteListManagerTest, AppliedUpdatesAreStoredByteForByteWithOneBackupGeneration)
+{
+    SiteListManager manager(files, resources, places);
+    manager.hasPendingSiteUpdate().set(true);
+    manager.applyPendingSiteData(document("first"));
+    EXPECT_TRUE(files.folders.contains(local.parent_path()));
+    EXPECT_EQ(files.files, (std::map<std::filesystem::path, std::string>{{local, document("first")}}));
+    EXPECT_EQ(firstOf(manager), "first");
+    EXPECT_FALSE(*manager.hasPendingSiteUpdate());
+
+    manager.applyPendingSiteData(document("second"));
+    manager.applyPendingSiteData("no list");
+    EXPECT_EQ(files.files[local], "no list");
+    EXPECT_EQ(files.files[backup], document("second"));
+    EXPECT_EQ(firstOf(manager), "shipped");
+}
+
+TEST_F(SiteListManagerTest, KeepsTheOldCatalogueWhenTheNewOneCannotBeWritten)
+{
+    files.files = {{local, document("old")}, {backup, document("older")}};
+    files.unwritable = {local, backup};
+    SiteListManager manager(files, resources, places);
+    manager.hasPendingSiteUpdate().set(true);
+    manager.applyPendingSiteData(document("new"));
+    EXPECT_EQ(files.files, (std::map<std::filesystem::path, std::string>{{local, document("old")}}));
+    EXPECT_EQ(firstOf(manager), "old");
+    EXPECT_FALSE(*manager.hasPendingSiteUpdate());
+}
+
+} // namespace
+} // namespace corvane

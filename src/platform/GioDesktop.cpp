@@ -1,0 +1,43 @@
+#include "platform/GioDesktop.h"
+
+#include "base/Text.h"
+#include "platform/GLibHandle.h"
+#include "platform/MailtoUrl.h"
+
+#include <string>
+#include <utility>
+
+#include <gdk/gdk.h>
+
+namespace corvane {
+
+GioDesktop::GioDesktop(std::function<void()> quit) : quit_(std::move(quit)) {}
+
+void GioDesktop::open(const Url& url)
+{
+    auto* display = gdk_display_get_default();
+    const auto context = adopt(display == nullptr ? nullptr : gdk_display_get_app_launch_context(display));
+    auto* launchContext = context ? G_APP_LAUNCH_CONTEXT(context.get()) : nullptr;
+    const auto safe = withoutAttachments(url);
+    g_app_info_launch_default_for_uri_async(
+        safe.text().c_str(), launchContext, nullptr,
+        [](GObject*, GAsyncResult* result, gpointer) { g_app_info_launch_default_for_uri_finish(result, nullptr); },
+        nullptr);
+}
+
+void GioDesktop::copyText(std::string_view text)
+{
+    auto* display = gdk_display_get_default();
+    if (display == nullptr)
+        return;
+    auto plain = repairedUtf8(text);
+    std::erase(plain, '\0'); // would end the text for the C side
+    gdk_clipboard_set_text(gdk_display_get_clipboard(display), plain.c_str());
+}
+
+void GioDesktop::quit()
+{
+    quit_();
+}
+
+} // namespace corvane

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "ports/HttpClient.h"
+
+#include <chrono>
+#include <cstddef>
+
+namespace corvane {
+
+/// How long and how much an HTTP client waits for. Past a limit the request has failed.
+struct HttpLimits {
+    std::chrono::seconds silence{60};
+    std::chrono::milliseconds total{std::chrono::minutes(2)};
+    std::size_t jsonBody = std::size_t{4} << 20U; // bytes, decoded
+    std::size_t pageBody = std::size_t{8} << 20U; // bytes, decoded
+    int redirects = 20;
+
+    std::size_t body(BodyLimit limit) const { return limit == BodyLimit::json ? jsonBody : pageBody; }
+};
+
+} // namespace corvane

@@ -1,0 +1,120 @@
+#include "platform/JsonDefaultsStore.h"
+
+#include "base/Text.h"
+#include "platform/FileDescriptor.h"
+
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/file.h>
+
+namespace corvane {
+namespace {
+
+/// Holds the lock that all processes share, until it goes. Where no lock file can be made there is nothing to share.
+class FileLock {
+public:
+    explicit FileLock(const std::filesystem::path& file) : file_(file, O_RDWR | O_CREAT | O_NOFOLLOW, 0600)
+    {
+        if (file_)
+            uninterrupted([this] { return ::flock(file_.number(), LOCK_EX); });
+    }
+
+private:
+    FileDescriptor file_; // closing it unlocks
+};
+
+std::filesystem::path beside(const std::filesystem::path& file, const char* suffix)
+{
+    return std::filesystem::path(file) += suffix;
+}
+
+} // namespace
+
+struct JsonDefaultsStore::Generation {
+    Json values;
+    std::string bytes;
+    bool isCurrent;
+};
+
+JsonDefaultsStore::JsonDefaultsStore(FileStore& files, std::filesystem::path file)
+    : files_(files), file_(std::move(file)), previous_(beside(file_, ".previous")), lock_(beside(file_, ".lock"))
+{
+    if (auto newest = readNewest())
+        values_ = std::move(newest->values);
+}
+
+std::optional<std::string> JsonDefaultsStore::string(std::string_view key) const
+{
+    const auto* text = textOf(member(values_, key));
+    return text == nullptr ? std::nullopt : std::optional(*text);
+}
+
+std::optional<bool> JsonDefaultsStore::boolean(std::string_view key) const
+{
+    const auto* value = member(values_, key);
+    if (value == nullptr || !value->is_boolean())
+        return std::nullopt;
+    return value->get<bool>();
+}
+
+void JsonDefaultsStore::setString(std::string_view key, std::string_view value)
+{
+    change(key, Json(repairedUtf8(value)));
+}
+
+void JsonDefaultsStore::setBoolean(std::string_view key, bool value)
+{
+    change(key, Json(value));
+}
+
+void JsonDefaultsStore::remove(std::string_view key)
+{
+    change(key, std::nullopt);
+}
+
+std::optional<JsonDefaultsStore::Generation> JsonDefaultsStore::readNewest() const
+{
+    if (!files_.exists(file_))
+        return std::nullopt; // a user who removed the file wants to begin anew
+    for (const auto* file : {&file_, &previous_}) {
+        auto bytes = files_.read(*file);
+        auto values = bytes ? parseJson(*bytes) : std::nullopt;
+        if (values && values->is_object())
+            return Generation{std::move(*values), std::move(*bytes), file == &file_};
+    }
+    return std::nullopt;
+}
+
+void JsonDefaultsStore::change(std::string_view key, std::optional<Json> value)
+{
+    unsaved_.insert_or_assign(repairedUtf8(key), std::move(value));
+    if (save())
+        unsaved_.clear();
+}
+
+bool JsonDefaultsStore::save()
+{
+    const bool hasFolder = files_.makeFolder(file_.parent_path()).has_value();
+    const FileLock lock(lock_);
+    auto newest = readNewest();
+    if (newest)
+        values_ = std::move(newest->values);
+    for (const auto& [key, value] : unsaved_) {
+        if (value)
+            values_[key] = *value;
+        else
+            values_.erase(key);
+    }
+
+    const auto bytes = compactJson(values_);
+    const bool isCurrent = newest && newest->isCurrent;
+    if (isCurrent && newest->bytes == bytes)
+        return true;
+    // A broken file must not become the generation that stands in for it.
+    if (isCurrent)
+        static_cast<void>(files_.write(previous_, newest->bytes));
+    return hasFolder && files_.write(file_, bytes).has_value();
+}
+
+} // namespace corvane

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "base/Json.h"
+#include "ports/DefaultsStore.h"
+#include "ports/FileStore.h"
+
+#include <filesystem>
+#include <map>
+#include <string>
+
+namespace corvane {
+
+/// Defaults in one flat JSON object of strings and Booleans; members of other types are kept as they are.
+///
+/// The file is read once. A change is applied to what the file holds at that moment, under a lock, so that two
+/// processes on one file keep each other's keys; changes that could not be written are tried again with the next one.
+/// The generation before the last write stays beside the file and stands in for it when it is unreadable.
+class JsonDefaultsStore final : public DefaultsStore {
+public:
+    /// `files` must outlive the store. The folder of `file` is created with the first change.
+    JsonDefaultsStore(FileStore& files, std::filesystem::path file);
+
+    std::optional<std::string> string(std::string_view key) const override;
+    std::optional<bool> boolean(std::string_view key) const override;
+    void setString(std::string_view key, std::string_view value) override;
+    void setBoolean(std::string_view key, bool value) override;
+    void remove(std::string_view key) override;
+
+private:
+    /// What a readable generation held: its bytes and, when those came from the file itself, the right to replace the
+    /// previous generation with them.
+    struct Generation;
+
+    std::optional<Generation> readNewest() const;
+    void change(std::string_view key, std::optional<Json> value);
+    bool save();
+
+    FileStore& files_;
+    std::filesystem::path file_;
+    std::filesystem::path previous_;
+    std::filesystem::path lock_;
+    Json values_ = Json::object();
+    std::map<std::string, std::optional<Json>, std::less<>> unsaved_; // nothing means removed
+};
+
+} // namespace corvane

@@ -1,0 +1,17 @@
+#include "platform/XdgPlaces.h"
+
+#include <glib.h>
+
+namespace corvane {
+
+Places xdgPlaces()
+{
+    const auto ours = std::filesystem::path("Hollisward") / "Corvane";
+    return {
+        .data = g_get_user_data_dir() / ours,
+        .cache = g_get_user_cache_dir() / ours,
+        .defaults = g_get_user_config_dir() / ours / "defaults.json",
+    };
+}
+
+} // namespace corvane

@@ -1,4 +1,48 @@
-int main()
+#include "app/AppDelegate.h"
+#include "platform/RendererChoice.h"
+#include "ports/AppInfo.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+#include <fmt/format.h>
+#include <glib.h>
+
+namespace {
+
+constexpr std::string_view help = "Usage: corvane [--version] [--help]\n"
+                                  "\n"
+                                  "One window onto web-based AI chat services. Started again, it shows the window that\n"
+                                  "is already open.\n";
+
+/// Answers the options; the exit status, or -1 when the window is to be shown.
+int answerOptions(int count, char** arguments)
 {
-    return 0;
+    for (int i = 1; i < count; ++i) {
+        const std::string_view argument = arguments[i];
+        if (argument == "--version") {
+            fmt::print("Corvane {}\n", corvane::AppInfo::ofThisBuild().shortVersion);
+            return EXIT_SUCCESS;
+        }
+        if (argument == "--help" || argument == "-h") {
+            fmt::print("{}", help);
+            return EXIT_SUCCESS;
+        }
+        fmt::print(stderr, "corvane: unknown argument \"{}\"\n{}", argument, help);
+        return 2;
+    }
+    return -1;
+}
+
+} // namespace
+
+int main(int count, char** arguments)
+{
+    if (const int status = answerOptions(count, arguments); status >= 0)
+        return status;
+    const auto renderer = corvane::chooseRenderer();
+    g_set_prgname(corvane::AppInfo::applicationId.data());
+    g_set_application_name("Corvane");
+    return corvane::AppDelegate(renderer).run();
 }

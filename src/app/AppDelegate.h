@@ -1,0 +1,30 @@
+#pragma once
+
+#include "app/CorvaneApp.h"
+#include "platform/RendererChoice.h"
+
+#include <memory>
+
+#include <gtkmm/application.h>
+
+namespace corvane {
+
+/// Reacts to the desktop's calls: start, activation, signals to end, the end. A second start of the program hands over
+/// to the first and loads nothing.
+class AppDelegate {
+public:
+    explicit AppDelegate(Renderer renderer);
+    ~AppDelegate();
+
+    /// Runs until the program ends; its exit status.
+    int run();
+
+private:
+    void activate();
+
+    Renderer renderer_;
+    Glib::RefPtr<Gtk::Application> application_;
+    std::unique_ptr<CorvaneApp> app_; // only in the primary instance
+};
+
+} // namespace corvane

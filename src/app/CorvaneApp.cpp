@@ -1,0 +1,85 @@
+#include "app/CorvaneApp.h"
+
+#include "platform/XdgPlaces.h"
+#include "ui/StyleSheet.h"
+
+#include <utility>
+
+#include <adwaita.h>
+
+namespace corvane {
+
+CorvaneApp::CorvaneApp(Endpoints endpoints, Renderer renderer)
+    : info_(AppInfo::ofThisBuild()), endpoints_(std::move(endpoints)), places_(xdgPlaces()),
+      defaults_(files_, places_.defaults), resources_(FolderResources::ofThisProgram()), http_(info_.shortVersion),
+      settingsManager_(files_, places_), siteListManager_(files_, resources_, places_),
+      analytics_(defaults_, host_, clock_, info_), pushDevices_(http_, defaults_, endpoints_, info_),
+      appState_(defaults_, analytics_), allowedHosts_(endpoints_.notification),
+      views_(places_, host_.localeIdentifier(), renderer),
+      coordinator_(appState_, pushDevices_, analytics_, allowedHosts_, queue_, clock_),
+      browser_({.appState = appState_,
+                .settings = settingsManager_.settings(),
+                .pushDevices = pushDevices_,
+                .allowedHosts = allowedHosts_,
+                .endpoints = endpoints_,
+                .files = files_,
+                .places = places_,
+                .views = views_,
+                .queue = queue_},
+               coordinator_),
+      windowModel_(appState_, pushDevices_, defaults_, analytics_),
+      toolbarModel_(appState_, pushDevices_, endpoints_, analytics_),
+      selectorModel_(appState_, siteListManager_.sites(), defaults_, analytics_)
+{
+}
+
+CorvaneApp::~CorvaneApp() = default;
+
+void CorvaneApp::startFirstLoad()
+{
+    browser_.makeView(windowModel_.initialURL(*siteListManager_.sites()));
+}
+
+MainWindowView& CorvaneApp::window()
+{
+    if (!window_) {
+        launch();
+        addStyleSheet();
+        window_ = std::make_unique<MainWindowView>(MainWindowView::Models{.window = windowModel_,
+                                                                          .toolbar = toolbarModel_,
+                                                                          .selector = selectorModel_,
+                                                                          .coordinator = coordinator_,
+                                                                          .browser = *browser_.view()});
+        selectorModel_.appear();
+        windowModel_.created();
+    }
+    return *window_;
+}
+
+void CorvaneApp::launch()
+{
+    const auto& settings = *settingsManager_.settings();
+    applyAppearance(settings.AppTheme);
+    analytics_.adoptEnabled(settings.AnalyticsEnabled == "On");
+    analytics_.trackAppStart();
+
+    settingsChanges_ = settingsManager_.settings().observe([this](const AppSettings& changed) {
+        applyAppearance(changed.AppTheme);
+        analytics_.setEnabled(changed.AnalyticsEnabled == "On");
+    });
+}
+
+void CorvaneApp::willTerminate()
+{
+    analytics_.trackAppEnd();
+}
+
+void CorvaneApp::applyAppearance(const std::string& appTheme)
+{
+    const auto scheme = appTheme == "Light"  ? ADW_COLOR_SCHEME_FORCE_LIGHT
+                        : appTheme == "Dark" ? ADW_COLOR_SCHEME_FORCE_DARK
+                                             : ADW_COLOR_SCHEME_DEFAULT;
+    adw_style_manager_set_color_scheme(adw_style_manager_get_default(), scheme);
+}
+
+} // namespace corvane

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "analytics/AnalyticsManager.h"
+#include "browser/AllowedHosts.h"
+#include "browser/WebViewCoordinator.h"
+#include "browser/WebViewRepresentable.h"
+#include "catalogue/SiteListManager.h"
+#include "notifications/PushDeviceManager.h"
+#include "platform/FolderResources.h"
+#include "platform/GlibHostInfo.h"
+#include "platform/GlibMainQueue.h"
+#include "platform/JsonDefaultsStore.h"
+#include "platform/PosixFileStore.h"
+#include "platform/RendererChoice.h"
+#include "platform/SoupHttpClient.h"
+#include "platform/SystemClock.h"
+#include "platform/WebKitViewFactory.h"
+#include "ports/AppInfo.h"
+#include "ports/Endpoints.h"
+#include "ports/Places.h"
+#include "screens/MainWindowModel.h"
+#include "screens/SiteSelectorModel.h"
+#include "screens/ToolbarModel.h"
+#include "settings/SettingsManager.h"
+#include "state/AppState.h"
+#include "ui/MainWindowView.h"
+
+#include <memory>
+
+namespace corvane {
+
+/// Builds and owns every object of the program, in the order in which they need each other. The toolkit must have been
+/// started.
+class CorvaneApp {
+public:
+    CorvaneApp(Endpoints endpoints, Renderer renderer);
+    ~CorvaneApp();
+
+    /// Makes the browser view and starts the first load, before there is a window to show it.
+    void startFirstLoad();
+
+    /// The main window; built at the first call, which also runs the launch sequence.
+    MainWindowView& window();
+
+    /// The program ends.
+    void willTerminate();
+
+private:
+    void launch();
+    static void applyAppearance(const std::string& appTheme);
+
+    AppInfo info_;
+    Endpoints endpoints_;
+    Places places_;
+    PosixFileStore files_;
+    JsonDefaultsStore defaults_;
+    FolderResources resources_;
+    GlibHostInfo host_;
+    SystemClock clock_;
+    GlibMainQueue queue_;
+    SoupHttpClient http_;
+
+    SettingsManager settingsManager_;
+    SiteListManager siteListManager_;
+    AnalyticsManager analytics_;
+    PushDeviceManager pushDevices_;
+    AppState appState_;
+
+    AllowedHosts allowedHosts_;
+    WebKitViewFactory views_;
+    WebViewCoordinator coordinator_;
+    WebViewRepresentable browser_;
+
+    MainWindowModel windowModel_;
+    ToolbarModel toolbarModel_;
+    SiteSelectorModel selectorModel_;
+
+    Subscription settingsChanges_;
+    std::unique_ptr<MainWindowView> window_; // last: it shows everything above
+};
+
+} // namespace corvane

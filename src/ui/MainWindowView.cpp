@@ -1,0 +1,28 @@
+#include "ui/MainWindowView.h"
+
+#include "platform/WebKitViewFactory.h"
+#include "state/AppState.h"
+
+namespace corvane {
+
+MainWindowView::MainWindowView(const Models& models)
+    : model_(models.window), keys_([this] { model_.toggleURLMode(); }),
+      toolbar_(models.toolbar, models.selector, models.window.appState(), keys_),
+      panels_(models.coordinator, *this, keys_)
+{
+    set_default_size(1024, 768);
+    set_size_request(800, 600);
+    set_titlebar(toolbar_);
+    set_child(*Glib::wrap(WebKitViewFactory::widget(models.browser)));
+    keys_.watch(*this);
+    observations_.push_back(
+        model_.appState().title.bind([this](const std::string&) { set_title(model_.windowTitle()); }));
+    get_child()->grab_focus();
+}
+
+MainWindowView::~MainWindowView()
+{
+    unset_child(); // The view belongs to the browser, not to the window.
+}
+
+} // namespace corvane

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "screens/ToolbarModel.h"
+#include "ui/KeyMonitor.h"
+
+#include <gtkmm/box.h>
+#include <gtkmm/menubutton.h>
+#include <gtkmm/popover.h>
+
+namespace corvane {
+
+/// Draws the menu button and its menu.
+class ToolbarMenuView : public Gtk::MenuButton {
+public:
+    /// The model must outlive this object.
+    ToolbarMenuView(ToolbarModel& model, KeyMonitor& keys);
+
+private:
+    void addEntry(const ToolbarModel::MenuEntry& entry);
+
+    ToolbarModel& model_;
+    Gtk::Popover popover_;
+    Gtk::Box entries_{Gtk::Orientation::VERTICAL};
+};
+
+} // namespace corvane

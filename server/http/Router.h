@@ -1,0 +1,43 @@
+#pragma once
+
+#include "base/Url.h"
+#include "http/HttpAnswer.h"
+#include "http/HttpRequest.h"
+
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+
+namespace corvane::server {
+
+/// Finds who answers a request and keeps the rules that hold for all of them:
+/// the Host must be one of this server's own names (so that no foreign name can be made to point here), and a request
+/// that changes something must carry JSON and, when a browser says where it comes from, come from our own pages. A
+/// page of another origin can send neither without a permission that this server never gives.
+class Router {
+public:
+    using Handler = std::function<HttpAnswer(const HttpRequest&)>;
+
+    /// `method` is GET (which answers HEAD too), POST or DELETE; `path` is exact.
+    void add(std::string method, std::string path, Handler handler);
+
+    /// Who answers a path that was not added.
+    void setFallback(Handler handler) { fallback_ = std::move(handler); }
+
+    /// Adds an http or https origin as which this server is known.
+    void addOrigin(const Url& url);
+
+    HttpAnswer answer(const HttpRequest& request) const;
+
+private:
+    HttpAnswer dispatch(const HttpRequest& request) const;
+    HttpAnswer checkedChange(const HttpRequest& request, const Handler& handler) const;
+
+    std::map<std::string, std::map<std::string, Handler>> routes_; // by path, then by method
+    Handler fallback_;
+    std::set<std::string> origins_;
+    std::set<std::string> hosts_;
+};
+
+} // namespace corvane::server

@@ -1,0 +1,156 @@
+#include "publishing/PublishedFolder.h"
+
+#include "http/PercentDecoding.h"
+#include "publishing/ContentType.h"
+#include "publishing/Freshness.h"
+
+#include <utility>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace corvane::server {
+namespace {
+
+/// JSON and HTML files up to this size have their addresses adapted; longer ones are sent as they are.
+constexpr std::uint64_t largestAdapted = std::uint64_t{4} * 1024 * 1024;
+
+class Descriptor {
+public:
+    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor()
+    {
+        if (descriptor_ >= 0)
+            close(descriptor_);
+    }
+    void reset(int descriptor)
+    {
+        if (descriptor_ >= 0)
+            close(descriptor_);
+        descriptor_ = descriptor;
+    }
+    int get() const { return descriptor_; }
+    int release() { return std::exchange(descriptor_, -1); }
+
+private:
+    int descriptor_;
+};
+
+/// The names of a path, the last one empty when it ends in "/". Nothing when one of them is not to be followed.
+std::optional<std::vector<std::string>> namesOf(std::string_view path)
+{
+    if (!path.starts_with('/'))
+        return std::nullopt;
+    path.remove_prefix(1);
+    std::vector<std::string> names;
+    while (true) {
+        const auto slash = path.find('/');
+        auto name = percentDecoded(path.substr(0, slash));
+        const bool isLast = slash == std::string_view::npos;
+        if (!name || name->starts_with('.') || name->contains('/') || (name->empty() && !isLast))
+            return std::nullopt;
+        names.push_back(*std::move(name));
+        if (isLast)
+            return names;
+        path.remove_prefix(slash + 1);
+    }
+}
+
+std::string replacedAll(std::string text, std::string_view from, std::string_view to)
+{
+    for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+        text.replace(at, from.size(), to);
+    return text;
+}
+
+bool isAdapted(std::string_view contentType)
+{
+    return contentType == "application/json" || contentType.starts_with("text/html");
+}
+
+OpenFile::TimePoint changeTime(const struct stat& status)
+{
+    return OpenFile::TimePoint(std::chrono::seconds(status.st_mtim.tv_sec) +
+                               std::chrono::nanoseconds(status.st_mtim.tv_nsec));
+}
+
+HttpAnswer notFound()
+{
+    return HttpAnswer::error(404, "not_found", "There is nothing at this address.");
+}
+
+HttpAnswer movedToFolder(const HttpRequest& request)
+{
+    const auto query = request.query.empty() ? std::string() : "?" + request.query;
+    HttpAnswer answer;
+    answer.status = 308;
+    return std::move(answer).with("Location", request.path + "/" + query).with("Cache-Control", "no-cache");
+}
+
+} // namespace
+
+HttpAnswer PublishedFolder::answer(const HttpRequest& request) const
+{
+    const auto found = find(request.path);
+    if (!found)
+        return notFound();
+    if (!request.isReading())
+        return HttpAnswer::error(405, "method_not_allowed", "A published file can only be read.")
+            .with("Allow", "GET, HEAD");
+    return found->file ? answerFile(request, *found) : movedToFolder(request);
+}
+
+std::optional<PublishedFolder::Found> PublishedFolder::find(std::string_view path) const
+{
+    auto names = namesOf(path);
+    if (!names)
+        return std::nullopt;
+    const bool endsInSlash = names->back().empty();
+    if (endsInSlash)
+        names->back() = "index.html";
+
+    Descriptor current(open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    for (const auto& name : *names) {
+        // Without O_NONBLOCK a pipe in the folder would hold the whole server.
+        const int next = openat(current.get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+        if (next < 0)
+            return std::nullopt;
+        current.reset(next);
+    }
+    struct stat status{};
+    if (fstat(current.get(), &status) != 0)
+        return std::nullopt;
+    if (S_ISDIR(status.st_mode) && !endsInSlash)
+        return faccessat(current.get(), "index.html", F_OK, AT_SYMLINK_NOFOLLOW) == 0 ? std::optional(Found{})
+                                                                                     : std::nullopt;
+    if (!S_ISREG(status.st_mode))
+        return std::nullopt;
+    const auto size = static_cast<std::uint64_t>(status.st_size);
+    return Found{std::make_shared<OpenFile>(current.release(), size, changeTime(status)), names->back()};
+}
+
+HttpAnswer PublishedFolder::answerFile(const HttpRequest& request, const Found& found) const
+{
+    const auto contentType = contentTypeOf(found.name);
+    const auto tag = entityTag(*found.file);
+    HttpAnswer answer;
+    if (isFresh(request, *found.file)) {
+        answer.status = 304;
+    } else {
+        answer = HttpAnswer::text(contentType, {});
+        if (isAdapted(contentType) && found.file->size() <= largestAdapted)
+            answer.body = replacedAll(found.file->read(0, largestAdapted), sampleBase, base_);
+        else
+            answer.file = found.file;
+    }
+    return std::move(answer)
+        .with("ETag", tag)
+        .with("Last-Modified", httpDate(found.file->changedAt()))
+        .with("Cache-Control", "no-cache");
+}
+
+} // namespace corvane::server

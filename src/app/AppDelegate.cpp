@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "platform/SandboxCheck.h"
+#include "platform/XdgPlaces.h"
 
 #include <csignal>
 #include <cstdio>
@@ -73,7 +74,7 @@ int AppDelegate::run()
         return EXIT_FAILURE;
     }
 
-    app_ = std::make_unique<CorvaneApp>(readEndpoints(), renderer_);
+    app_ = std::make_unique<CorvaneApp>(readEndpoints(), xdgPlaces(), renderer_);
     app_->startFirstLoad();
     adw_init();
     const int status = application_->run();

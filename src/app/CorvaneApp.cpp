@@ -1,6 +1,5 @@
 #include "app/CorvaneApp.h"
 
-#include "platform/XdgPlaces.h"
 #include "ui/StyleSheet.h"
 
 #include <utility>
@@ -9,8 +8,8 @@
 
 namespace corvane {
 
-CorvaneApp::CorvaneApp(Endpoints endpoints, Renderer renderer)
-    : info_(AppInfo::ofThisBuild()), endpoints_(std::move(endpoints)), places_(xdgPlaces()),
+CorvaneApp::CorvaneApp(Endpoints endpoints, Places places, Renderer renderer)
+    : info_(AppInfo::ofThisBuild()), endpoints_(std::move(endpoints)), places_(std::move(places)),
       defaults_(files_, places_.defaults), resources_(FolderResources::ofThisProgram()), http_(info_.shortVersion),
       settingsManager_(files_, places_), siteListManager_(files_, resources_, places_),
       analytics_(defaults_, host_, clock_, info_), pushDevices_(http_, defaults_, endpoints_, info_),

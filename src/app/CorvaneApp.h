@@ -33,7 +33,7 @@ namespace corvane {
 /// started.
 class CorvaneApp {
 public:
-    CorvaneApp(Endpoints endpoints, Renderer renderer);
+    CorvaneApp(Endpoints endpoints, Places places, Renderer renderer);
     ~CorvaneApp();
 
     /// Makes the browser view and starts the first load, before there is a window to show it.
@@ -41,6 +41,9 @@ public:
 
     /// The main window; built at the first call, which also runs the launch sequence.
     MainWindowView& window();
+
+    AppState& state() { return appState_; }
+    SiteSelectorModel& selector() { return selectorModel_; }
 
     /// The program ends.
     void willTerminate();

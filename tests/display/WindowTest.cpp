@@ -1,0 +1,140 @@
+#include "app/CorvaneApp.h"
+#include "display/PageServer.h"
+#include "support/MainContext.h"
+#include "support/TemporaryFolder.h"
+#include "support/TestEndpoints.h"
+
+#include <gtkmm/entry.h>
+#include <gtkmm/label.h>
+
+#include <gtest/gtest.h>
+
+namespace corvane::testing {
+namespace {
+
+/// The first widget below `root` of this kind whose name for assistive technology or label is `text`.
+template <typename Kind>
+Kind* find(Gtk::Widget& root, const std::function<bool(Kind&)>& matches)
+{
+    if (auto* found = dynamic_cast<Kind*>(&root); found != nullptr && matches(*found))
+        return found;
+    for (auto* child = root.get_first_child(); child != nullptr; child = child->get_next_sibling()) {
+        if (auto* found = find<Kind>(*child, matches))
+            return found;
+    }
+    return nullptr;
+}
+
+Gtk::Button* button(Gtk::Widget& root, const std::string& tooltip)
+{
+    return find<Gtk::Button>(root, [&](Gtk::Button& candidate) { return candidate.get_tooltip_text().raw() == tooltip; });
+}
+
+/// The whole program against a server in this process, with files of its own.
+class WindowTest : public ::testing::Test {
+protected:
+    WindowTest()
+    {
+        server.pages["/registration.html"] = {.body = "<!doctype html><title>Register</title>"};
+        server.pages["/chat"] = {.body = "<!doctype html><title>Chat</title>"};
+        server.pages["/second"] = {.body = "<!doctype html><title>Second</title>"};
+        std::filesystem::create_directories(places.data / "sites");
+        PosixFileStore().write(places.data / "sites" / "sites.json",
+                               R"([{"service":"Chat","url":")" + server.site() + R"(/chat","description":"d"}])").value();
+    }
+
+    void start()
+    {
+        app.emplace(endpointsAt(server.site() + "/", server.site() + "/"), places, Renderer::software);
+        app->startFirstLoad();
+        app->window().present();
+    }
+
+    [[nodiscard]] bool titleBecomes(const std::string& title)
+    {
+        return iterateUntil([&] { return app->window().get_title().raw() == title; });
+    }
+
+    TemporaryFolder folder;
+    Places places{.data = folder / "data", .cache = folder / "cache", .defaults = folder / "config/defaults.json"};
+    PageServer server;
+    std::optional<CorvaneApp> app;
+};
+
+TEST_F(WindowTest, RegistersChoosesAServiceAndRemembersItOverARestart)
+{
+    server.pages["/registration.html"].body += "<script>window.chrome.webview.postMessage('success')</script>";
+    start();
+    ASSERT_TRUE(titleBecomes("Register"));
+    ASSERT_TRUE(iterateUntil([&] { return !*app->state().isFirstUse(); }));
+    app->selector().choose("Chat");
+    ASSERT_TRUE(titleBecomes("Chat"));
+
+    server.pages["/registration.html"].body = "<!doctype html><title>Again</title>";
+    app.reset();
+    start();
+    EXPECT_TRUE(titleBecomes("Chat"));
+    EXPECT_TRUE(find<Gtk::Label>(app->window(), [](Gtk::Label& label) { return label.get_text() == "Chat"; }));
+    EXPECT_EQ(server.hits("/registration.html"), 1U);
+}
+
+TEST_F(WindowTest, FollowsTheHistoryWithItsButtons)
+{
+    start();
+    ASSERT_TRUE(titleBecomes("Register"));
+    EXPECT_FALSE(button(app->window(), "Back")->get_sensitive());
+    app->state().pendingLoadURL.set(Url::parse(server.site() + "/second"));
+    ASSERT_TRUE(titleBecomes("Second"));
+    ASSERT_TRUE(iterateUntil([&] { return button(app->window(), "Back")->get_sensitive(); }));
+
+    g_signal_emit_by_name(button(app->window(), "Back")->gobj(), "clicked");
+    ASSERT_TRUE(titleBecomes("Register"));
+    ASSERT_TRUE(iterateUntil([&] { return button(app->window(), "Forward")->get_sensitive(); }));
+    g_signal_emit_by_name(button(app->window(), "Forward")->gobj(), "clicked");
+    ASSERT_TRUE(titleBecomes("Second"));
+    g_signal_emit_by_name(button(app->window(), "Home")->gobj(), "clicked");
+    ASSERT_TRUE(titleBecomes("Register"));
+}
+
+TEST_F(WindowTest, TakesTypedAddressesInURLMode)
+{
+    PosixFileStore files;
+    JsonDefaultsStore(files, places.defaults).setBoolean("FirstUse", false);
+    start();
+    app->state().isURLMode.set(true);
+    auto* field = find<Gtk::Entry>(app->window(), [](Gtk::Entry& entry) { return entry.get_mapped(); });
+    ASSERT_NE(field, nullptr);
+    EXPECT_EQ(field->get_placeholder_text(), "Type URL and press Enter");
+    EXPECT_GE(field->get_width(), 0);
+    ASSERT_TRUE(iterateUntil([&] { return !*app->selector().urlFieldFocusRequested; }));
+    field->set_text(server.site() + "/second");
+    g_signal_emit_by_name(field->gobj(), "activate");
+    EXPECT_TRUE(titleBecomes("Second"));
+    app->state().isURLMode.set(false);
+    EXPECT_EQ(field->get_text(), "");
+    EXPECT_FALSE(field->get_mapped());
+}
+
+TEST_F(WindowTest, ShowsAPagesQuestionAndCancelsItWhenThePageIsLeft)
+{
+    start();
+    ASSERT_TRUE(titleBecomes("Register"));
+    server.pages["/second"].body = "<!doctype html><script>confirm('<b>Leave?</b>')</script><title>Second</title>";
+    app->state().pendingLoadURL.set(Url::parse(server.site() + "/second"));
+    const auto dialog = [] {
+        for (auto* window : Gtk::Window::list_toplevels()) {
+            if (window->get_modal() && window->get_visible())
+                return window;
+        }
+        return static_cast<Gtk::Window*>(nullptr);
+    };
+    ASSERT_TRUE(iterateUntil([&] { return dialog() != nullptr; }));
+    EXPECT_TRUE(find<Gtk::Label>(*dialog(), [](Gtk::Label& label) { return label.get_text() == "<b>Leave?</b>"; }));
+    EXPECT_TRUE(find<Gtk::Label>(*dialog(), [](Gtk::Label& label) { return label.get_text() == "127.0.0.1 says"; }));
+    app->state().pendingLoadURL.set(Url::parse(server.site() + "/chat"));
+    EXPECT_TRUE(titleBecomes("Chat"));
+    EXPECT_EQ(dialog(), nullptr);
+}
+
+} // namespace
+} // namespace corvane::testing

@@ -46,7 +46,7 @@ public:
 
     static constexpr std::array<MenuEntry, 2> menu{{
         {MenuItem::profile, "avatar-default-symbolic", "Profile", true},
-        {MenuItem::help, "help-faq-symbolic", "Help", false},
+        {MenuItem::help, "dialog-question-symbolic", "Help", false},
     }};
 
     /// Everything must outlive this object.

@@ -1,6 +1,7 @@
 #include "ui/SitePickerView.h"
 
 #include "ui/Accessible.h"
+#include "ui/PageFocus.h"
 
 #include <algorithm>
 #include <string>
@@ -144,7 +145,7 @@ void SitePickerView::activateRow(guint position)
     if (position >= shown_.size())
         return;
     const auto service = shown_[position].service;
-    popover_.popdown();
+    closeAndFocusPage(popover_);
     if (service)
         model_.choose(*service);
 }

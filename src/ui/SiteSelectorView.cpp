@@ -3,6 +3,7 @@
 #include "async/MainLoop.h"
 #include "state/AppState.h"
 #include "ui/Accessible.h"
+#include "ui/PageFocus.h"
 
 #include <string>
 
@@ -26,7 +27,11 @@ SiteSelectorView::SiteSelectorView(SiteSelectorModel& model, AppState& appState,
     stack_.add(box_);
     append(stack_);
 
-    observations_.push_back(appState_.isURLMode.observe([this](bool) { showMode(); }));
+    observations_.push_back(appState_.isURLMode.observe([this](bool isOn) {
+        showMode();
+        if (!isOn)
+            focusPage(*this);
+    }));
     observations_.push_back(model_.urlBarEditing.observe([this](bool) { showMode(); }));
     observations_.push_back(model_.urlFieldFocusRequested.observe([this](bool isRequested) {
         if (isRequested)

@@ -1,6 +1,7 @@
 #include "ui/ToolbarMenuView.h"
 
 #include "ui/Accessible.h"
+#include "ui/PageFocus.h"
 
 #include <string>
 
@@ -43,7 +44,7 @@ void ToolbarMenuView::addEntry(const ToolbarModel::MenuEntry& entry)
     button->set_has_frame(false);
     setAccessibleName(*button, std::string(entry.title));
     button->signal_clicked().connect([this, entry] {
-        popover_.popdown();
+        closeAndFocusPage(popover_);
         model_.choose(entry);
     });
     entries_.append(*button);

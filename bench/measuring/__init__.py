@@ -1,0 +1,1 @@
+"""What the measuring scripts of this folder share."""

@@ -7,11 +7,8 @@
 namespace corvane::server {
 
 ReferenceServer::ReferenceServer(Database database, std::filesystem::path publishFolder, Now now)
-    : database_(std::move(database)),
-      devices_(database_, now),
-      notifications_(database_, now),
-      profiles_(database_, now),
-      published_(std::move(publishFolder)),
+    : database_(std::move(database)), devices_(database_, now), notifications_(database_, now),
+      profiles_(database_, now), published_(std::move(publishFolder)),
       http_([this](const HttpRequest& request) { return router_.answer(request); })
 {
     devices_.addTo(router_);

@@ -54,8 +54,7 @@ HttpAnswer ProfileApi::create(const HttpRequest& request)
     const auto profile = profiles_.add(name, email, secret, now_());
     const auto token = tokens_.issue(profile.id, now_());
     transaction.commit();
-    return HttpAnswer::json(
-               201, {{"profileId", profile.id}, {"bindingToken", token}, {"expiresIn", tokenLifetime()}})
+    return HttpAnswer::json(201, {{"profileId", profile.id}, {"bindingToken", token}, {"expiresIn", tokenLifetime()}})
         .with("Set-Cookie", cookie(secret, cookieAge));
 }
 

@@ -61,14 +61,12 @@ Context contextFor(Command command, Raw& raw)
     const std::array common{
         bytes("data", &raw.data, "Folder of the database (default: below $XDG_STATE_HOME)", "FOLDER"),
         GOptionEntry{"help", 'h', 0, G_OPTION_ARG_NONE, &raw.help, "Show this help", nullptr},
-        GOptionEntry{"version", 0, 0, G_OPTION_ARG_NONE, &raw.version, "Show the version", nullptr},
-        GOptionEntry{}};
-    const std::array serve{
-        GOptionEntry{"port", 0, 0, G_OPTION_ARG_INT, &raw.port, "Port on 127.0.0.1, 0 for a free one (default: 3002)",
-                     "PORT"},
-        bytes("publish-folder", &raw.publish, "Folder of the published documents", "FOLDER"),
-        bytes("public-origin", &raw.origin, "Address under which a proxy shows this server", "URL"),
-        GOptionEntry{}};
+        GOptionEntry{"version", 0, 0, G_OPTION_ARG_NONE, &raw.version, "Show the version", nullptr}, GOptionEntry{}};
+    const std::array serve{GOptionEntry{"port", 0, 0, G_OPTION_ARG_INT, &raw.port,
+                                        "Port on 127.0.0.1, 0 for a free one (default: 3002)", "PORT"},
+                           bytes("publish-folder", &raw.publish, "Folder of the published documents", "FOLDER"),
+                           bytes("public-origin", &raw.origin, "Address under which a proxy shows this server", "URL"),
+                           GOptionEntry{}};
     const std::array notify{
         bytes("title", &raw.title, "Title of the notification", "TEXT"),
         bytes("body", &raw.body, "Its body, plain text or an HTML fragment", "TEXT"),
@@ -170,8 +168,8 @@ Result<CommandLine> CommandLine::parse(std::vector<std::string> arguments)
     if (auto failure = readOptions(context.get(), arguments))
         return std::unexpected(*std::move(failure));
     if (raw.help != FALSE) {
-        const std::unique_ptr<char, decltype(&g_free)> help(
-            g_option_context_get_help(context.get(), TRUE, nullptr), g_free);
+        const std::unique_ptr<char, decltype(&g_free)> help(g_option_context_get_help(context.get(), TRUE, nullptr),
+                                                            g_free);
         return CommandLine{.command = Command::showHelp, .help = help.get()};
     }
     if (raw.version != FALSE)

@@ -37,7 +37,7 @@ Result<void> serve(const CommandLine& line, const std::filesystem::path& publish
         return std::unexpected(address.error());
 
     const std::unique_ptr<GMainLoop, decltype(&g_main_loop_unref)> loop(g_main_loop_new(nullptr, FALSE),
-                                                                       g_main_loop_unref);
+                                                                        g_main_loop_unref);
     const guint onTerminate = g_unix_signal_add(SIGTERM, quit, loop.get());
     const guint onInterrupt = g_unix_signal_add(SIGINT, quit, loop.get());
     fmt::print("corvane-server listens on {} (data in {}, publishes {})\n", address->text(), line.dataFolder.string(),

@@ -16,11 +16,9 @@ public:
         auto sending = std::make_unique<FileSending>(std::move(file));
         sending->appendNext(message);
         g_signal_connect_data(
-            message, "wrote-chunk", G_CALLBACK(+[](SoupServerMessage* sent, void* self) {
-                static_cast<FileSending*>(self)->appendNext(sent);
-            }),
-            sending.release(), [](void* self, GClosure*) { delete static_cast<FileSending*>(self); },
-            GConnectFlags(0));
+            message, "wrote-chunk",
+            G_CALLBACK(+[](SoupServerMessage* sent, void* self) { static_cast<FileSending*>(self)->appendNext(sent); }),
+            sending.release(), [](void* self, GClosure*) { delete static_cast<FileSending*>(self); }, GConnectFlags(0));
     }
 
 private:

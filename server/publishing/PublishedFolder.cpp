@@ -114,6 +114,8 @@ std::optional<PublishedFolder::Found> PublishedFolder::find(std::string_view pat
         names->back() = "index.html";
 
     Descriptor current(open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (current.get() < 0)
+        return std::nullopt;
     for (const auto& name : *names) {
         // Without O_NONBLOCK a pipe in the folder would hold the whole server.
         const int next = openat(current.get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
@@ -126,7 +128,7 @@ std::optional<PublishedFolder::Found> PublishedFolder::find(std::string_view pat
         return std::nullopt;
     if (S_ISDIR(status.st_mode) && !endsInSlash)
         return faccessat(current.get(), "index.html", F_OK, AT_SYMLINK_NOFOLLOW) == 0 ? std::optional(Found{})
-                                                                                     : std::nullopt;
+                                                                                      : std::nullopt;
     if (!S_ISREG(status.st_mode))
         return std::nullopt;
     const auto size = static_cast<std::uint64_t>(status.st_size);

@@ -10,8 +10,8 @@ std::string BindingTokenStore::issue(std::int64_t profileId, std::chrono::sys_se
     static constexpr std::size_t tokenBytes = 16;
     Statement(database_, "DELETE FROM binding_tokens WHERE expires_at <= ?", now).run();
     auto token = randomSecret(tokenBytes);
-    Statement(database_, "INSERT INTO binding_tokens (token, profile_id, expires_at) VALUES (?, ?, ?)",
-              digestOf(token), profileId, std::chrono::sys_seconds(now + lifetime))
+    Statement(database_, "INSERT INTO binding_tokens (token, profile_id, expires_at) VALUES (?, ?, ?)", digestOf(token),
+              profileId, std::chrono::sys_seconds(now + lifetime))
         .run();
     return token;
 }

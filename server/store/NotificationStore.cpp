@@ -54,7 +54,7 @@ std::int64_t NotificationStore::acknowledge(std::string_view installId, std::spa
     for (const auto id : distinct) {
         Statement(database_,
                   "UPDATE recipients SET acknowledged_at = coalesce(acknowledged_at, ?) "
-              "WHERE id = ? AND install_id = ?",
+                  "WHERE id = ? AND install_id = ?",
                   now, id, installId)
             .run();
         acknowledged += database_.changedRows();

@@ -9,10 +9,8 @@ namespace corvane {
 
 AnalyticsManager::AnalyticsManager(DefaultsStore& defaults, const HostInfo& host, const Clock& clock,
                                    const AppInfo& app)
-    : clock_(clock),
-      clientId_(makeClientId(defaults, host, clock)),
-      appVersion_(app.shortVersion.empty() ? "0.0.0" : app.shortVersion),
-      sessionStartTime_(clock.now())
+    : clock_(clock), clientId_(makeClientId(defaults, host, clock)),
+      appVersion_(app.shortVersion.empty() ? "0.0.0" : app.shortVersion), sessionStartTime_(clock.now())
 {
 }
 

@@ -3,16 +3,12 @@
 #include "platform/SandboxCheck.h"
 #include "platform/XdgPlaces.h"
 
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include <adwaita.h>
 #include <fmt/format.h>
-#include <glib-unix.h>
 
 namespace corvane {
 namespace {
@@ -31,53 +27,40 @@ Endpoints readEndpoints()
     return endpoints;
 }
 
-gboolean quitOnSignal(gpointer application)
+int fail(std::string_view why)
 {
-    g_application_quit(G_APPLICATION(application));
-    return G_SOURCE_CONTINUE;
+    fmt::print(stderr, "corvane: {}\n", why);
+    return EXIT_FAILURE;
 }
 
 } // namespace
 
-AppDelegate::AppDelegate(Renderer renderer)
-    : renderer_(renderer), application_(Gtk::Application::create(std::string(AppInfo::applicationId)))
-{
-    application_->signal_activate().connect([this] { activate(); });
-    application_->signal_shutdown().connect([this] {
-        if (app_)
-            app_->willTerminate();
-    });
-    for (const int number : {SIGTERM, SIGINT, SIGHUP})
-        g_unix_signal_add(number, quitOnSignal, application_->gobj());
-}
+AppDelegate::AppDelegate(Renderer renderer) : renderer_(renderer), application_(AppInfo::applicationId) {}
 
 AppDelegate::~AppDelegate() = default;
 
 int AppDelegate::run()
 {
     SandboxCheck sandbox;
-    try {
-        application_->register_application();
-    } catch (const Glib::Error& error) {
-        fmt::print(stderr, "corvane: {}\n", error.what());
-        return EXIT_FAILURE;
-    }
-    if (application_->is_remote()) {
-        application_->activate();
-        return EXIT_SUCCESS;
-    }
-    // The engine ends the program when an address of a session bus is set that does not answer.
-    if (!application_->get_dbus_connection())
+    const auto role = application_.registerInstance();
+    if (!role)
+        return fail(role.error().message);
+    if (*role == DesktopApplication::Role::secondary)
+        return application_.activatePrimary();
+    // The engine ends the program when the address of a session bus is set that does not answer.
+    if (!application_.hasSessionBus())
         unsetenv("DBUS_SESSION_BUS_ADDRESS");
-    if (const auto problem = sandbox.problem()) {
-        fmt::print(stderr, "corvane: {}\n", *problem);
-        return EXIT_FAILURE;
-    }
+    if (const auto problem = sandbox.problem())
+        return fail(*problem);
+    return runPrimary();
+}
 
+/// The first page is on its way before anything is built to show it.
+int AppDelegate::runPrimary()
+{
     app_ = std::make_unique<CorvaneApp>(readEndpoints(), xdgPlaces(), renderer_);
     app_->startFirstLoad();
-    adw_init();
-    const int status = application_->run();
+    const int status = application_.run([this] { activate(); }, [this] { app_->willTerminate(); });
     app_.reset();
     return status;
 }
@@ -85,7 +68,15 @@ int AppDelegate::run()
 void AppDelegate::activate()
 {
     auto& window = app_->window();
-    application_->add_window(window);
+    if (!window.get_application()) {
+        window.signal_close_request().connect(
+            [this] {
+                application_.quit();
+                return true; // The window goes with everything else, in order.
+            },
+            false);
+        application_.addWindow(static_cast<Gtk::Window&>(window).gobj());
+    }
     window.present();
 }
 

@@ -1,16 +1,15 @@
 #pragma once
 
 #include "app/CorvaneApp.h"
+#include "platform/DesktopApplication.h"
 #include "platform/RendererChoice.h"
 
 #include <memory>
 
-#include <gtkmm/application.h>
-
 namespace corvane {
 
-/// Reacts to the desktop's calls: start, activation, signals to end, the end. A second start of the program hands over
-/// to the first and loads nothing.
+/// Reacts to the desktop's calls: start, activation, the end. A second start of the program hands over to the first and
+/// loads nothing.
 class AppDelegate {
 public:
     explicit AppDelegate(Renderer renderer);
@@ -20,10 +19,11 @@ public:
     int run();
 
 private:
+    int runPrimary();
     void activate();
 
     Renderer renderer_;
-    Glib::RefPtr<Gtk::Application> application_;
+    DesktopApplication application_;
     std::unique_ptr<CorvaneApp> app_; // only in the primary instance
 };
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <adwaita.h>
+#include <gtkmm/init.h>
 
 namespace corvane {
 
@@ -42,6 +43,7 @@ void CorvaneApp::startFirstLoad()
 MainWindowView& CorvaneApp::window()
 {
     if (!window_) {
+        startToolkit();
         launch();
         addStyleSheet();
         window_ = std::make_unique<MainWindowView>(MainWindowView::Models{.window = windowModel_,
@@ -51,8 +53,15 @@ MainWindowView& CorvaneApp::window()
                                                                           .browser = *browser_.view()});
         selectorModel_.appear();
         windowModel_.created();
+        sweeping_ = queue_.post([this] { sweepFolders(); });
     }
     return *window_;
+}
+
+void CorvaneApp::startToolkit()
+{
+    adw_init();
+    Gtk::init_gtkmm_internals();
 }
 
 void CorvaneApp::launch()
@@ -62,10 +71,19 @@ void CorvaneApp::launch()
     analytics_.adoptEnabled(settings.AnalyticsEnabled == "On");
     analytics_.trackAppStart();
 
-    settingsChanges_ = settingsManager_.settings().observe([this](const AppSettings& changed) {
-        applyAppearance(changed.AppTheme);
-        analytics_.setEnabled(changed.AnalyticsEnabled == "On");
+    settingsChanges_ = settingsManager_.settings().observe([this, previous = settings](const AppSettings& now) mutable {
+        const auto before = std::exchange(previous, now);
+        if (now.AppTheme != before.AppTheme)
+            applyAppearance(now.AppTheme);
+        if (now.AnalyticsEnabled != before.AnalyticsEnabled)
+            analytics_.setEnabled(now.AnalyticsEnabled == "On");
     });
+}
+
+void CorvaneApp::sweepFolders()
+{
+    for (const auto& file : {settingsManager_.settingsFileURL(), siteListManager_.sitesFileURL(), places_.defaults})
+        files_.sweep(file.parent_path());
 }
 
 void CorvaneApp::willTerminate()

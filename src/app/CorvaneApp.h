@@ -29,8 +29,8 @@
 
 namespace corvane {
 
-/// Builds and owns every object of the program, in the order in which they need each other. The toolkit must have been
-/// started.
+/// Builds and owns every object of the program, in the order in which they need each other. GTK must have been started;
+/// its style and its C++ binding are started with the window.
 class CorvaneApp {
 public:
     CorvaneApp(Endpoints endpoints, Places places, Renderer renderer);
@@ -49,7 +49,9 @@ public:
     void willTerminate();
 
 private:
+    static void startToolkit();
     void launch();
+    void sweepFolders();
     static void applyAppearance(const std::string& appTheme);
 
     AppInfo info_;
@@ -79,6 +81,7 @@ private:
     SiteSelectorModel selectorModel_;
 
     Subscription settingsChanges_;
+    Subscription sweeping_;
     std::unique_ptr<MainWindowView> window_; // last: it shows everything above
 };
 

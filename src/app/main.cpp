@@ -11,10 +11,11 @@
 
 namespace {
 
-constexpr std::string_view help = "Usage: corvane [--version] [--help]\n"
-                                  "\n"
-                                  "One window onto web-based AI chat services. Started again, it shows the window that\n"
-                                  "is already open.\n";
+constexpr std::string_view help =
+    "Usage: corvane [--version] [--help]\n"
+    "\n"
+    "One window onto web-based AI chat services. Started again, it shows the window that\n"
+    "is already open.\n";
 
 /// Answers the options; the exit status, or -1 when the window is to be shown.
 int answerOptions(int count, char** arguments)
@@ -42,7 +43,7 @@ int main(int count, char** arguments)
     if (const int status = answerOptions(count, arguments); status >= 0)
         return status;
     const auto renderer = corvane::chooseRenderer();
-    g_set_prgname(corvane::AppInfo::applicationId.data());
+    g_set_prgname(corvane::AppInfo::applicationId);
     g_set_application_name("Corvane");
     return corvane::AppDelegate(renderer).run();
 }

@@ -94,7 +94,8 @@ std::string caseFolded(std::string_view text)
 {
     std::size_t size = 0;
     const std::unique_ptr<std::uint8_t, void (*)(void*)> folded(
-        u8_casefold(reinterpret_cast<const std::uint8_t*>(text.data()), text.size(), nullptr, UNINORM_NFC, nullptr, &size),
+        u8_casefold(reinterpret_cast<const std::uint8_t*>(text.data()), text.size(), nullptr, UNINORM_NFC, nullptr,
+                    &size),
         std::free);
     return folded ? std::string(reinterpret_cast<const char*>(folded.get()), size) : std::string(text);
 }
@@ -144,7 +145,7 @@ std::string lowercased(std::string_view text)
 bool containsIgnoringCase(std::string_view text, std::string_view part)
 {
     const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
-    if (std::ranges::all_of(part, isAscii)) {
+    if (std::ranges::all_of(part, isAscii) && std::ranges::all_of(text, isAscii)) {
         const auto equal = [](char a, char b) { return lowercase(a) == lowercase(b); };
         return part.empty() || !std::ranges::search(text, part, equal).empty();
     }

@@ -3,10 +3,12 @@
 #include "base/Text.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstdint>
 #include <memory>
 
+#include <arpa/inet.h>
 #include <idn2.h>
 
 namespace corvane {
@@ -65,9 +67,8 @@ std::optional<std::size_t> schemeLength(std::string_view text)
     const auto colon = text.find(':');
     if (colon == npos || colon == 0 || !isAlpha(text.front()))
         return std::nullopt;
-    const bool good = std::ranges::all_of(text.substr(0, colon), [](char c) {
-        return isAlpha(c) || isDigit(c) || c == '+' || c == '-' || c == '.';
-    });
+    const bool good = std::ranges::all_of(
+        text.substr(0, colon), [](char c) { return isAlpha(c) || isDigit(c) || c == '+' || c == '-' || c == '.'; });
     return good ? std::optional(colon) : std::nullopt;
 }
 
@@ -79,35 +80,52 @@ std::string encodedNonAscii(std::string_view text)
     return encoded;
 }
 
-/// A host name in ASCII: as it is, or its IDNA form (UTS #46, non-transitional).
+/// A host in ASCII: as it is, or its IDNA form (UTS #46, non-transitional).
 std::optional<std::string> asciiHost(std::string_view host)
 {
     if (std::ranges::all_of(host, isAscii))
         return std::string(host);
-    if (host.contains('%'))
-        return std::nullopt;
     char* converted = nullptr;
     const int status = idn2_to_ascii_8z(std::string(host).c_str(), &converted, IDN2_NFC_INPUT | IDN2_NONTRANSITIONAL);
     const std::unique_ptr<char, void (*)(void*)> owner(converted, idn2_free);
     if (status != IDN2_OK || converted == nullptr)
         return std::nullopt;
-    // The mapping makes "/", "?", "#" and the like of their wide forms, which would end the host.
-    const std::string_view name(converted);
-    const bool good = std::ranges::all_of(
-        name, [](char c) { return isAlpha(c) || isDigit(c) || c == '-' || c == '.' || c == '_'; });
-    return good ? std::optional<std::string>(name) : std::nullopt;
+    return std::string(converted);
+}
+
+/// Whether an address of this family (AF_INET, AF_INET6) is written in its one canonical way. Other spellings of the
+/// same address are read differently by different readers.
+bool isCanonicalAddress(int family, const std::string& text)
+{
+    in6_addr bytes{}; // large enough for both families
+    std::array<char, INET6_ADDRSTRLEN> canonical{};
+    return inet_pton(family, text.c_str(), &bytes) == 1 &&
+           inet_ntop(family, &bytes, canonical.data(), canonical.size()) != nullptr && text == canonical.data();
 }
 
 bool isIpLiteral(std::string_view host)
 {
-    if (!host.starts_with('[') || !host.ends_with(']') || host.size() < 4)
-        return false;
-    return std::ranges::all_of(host.substr(1, host.size() - 2), [](char c) { return isHex(c) || c == ':' || c == '.'; });
+    return host.starts_with('[') && host.ends_with(']') &&
+           isCanonicalAddress(AF_INET6, lowercased(host.substr(1, host.size() - 2)));
 }
 
+/// Whether the last label is a number, decimal or hexadecimal: web engines then read the whole host as an IPv4 address.
+bool endsInNumber(std::string_view host)
+{
+    if (host.ends_with('.'))
+        host.remove_suffix(1);
+    const auto label = lowercased(host.substr(host.rfind('.') + 1)); // npos + 1 is the beginning
+    const bool isDecimal = !label.empty() && std::ranges::all_of(label, isDigit);
+    return isDecimal || (label.starts_with("0x") && std::ranges::all_of(label.substr(2), isHex));
+}
+
+/// A name of letters, digits, "-", "." and "_", or a canonical IPv4 address. Wide forms of "/" and the like have become
+/// the characters themselves by now and are refused here.
 bool isHostName(std::string_view host)
 {
-    return std::ranges::none_of(host, [](char c) { return c == '[' || c == ']' || c == ':' || c == '@'; });
+    const bool good =
+        std::ranges::all_of(host, [](char c) { return isAlpha(c) || isDigit(c) || c == '-' || c == '.' || c == '_'; });
+    return good && (!endsInNumber(host) || isCanonicalAddress(AF_INET, std::string(host)));
 }
 
 bool isPort(std::string_view port)
@@ -202,7 +220,8 @@ std::optional<Url> Url::fromEngine(std::string_view text)
 {
     const auto schemeEnd = schemeLength(text).value_or(0);
     const bool hasAuthority = text.substr(schemeEnd).starts_with("://");
-    const auto authorityEnd = hasAuthority ? std::min(text.find_first_of("/?#", schemeEnd + 3), text.size()) : schemeEnd;
+    const auto authorityEnd =
+        hasAuthority ? std::min(text.find_first_of("/?#", schemeEnd + 3), text.size()) : schemeEnd;
 
     std::string encoded(text.substr(0, authorityEnd));
     bool inFragment = false;

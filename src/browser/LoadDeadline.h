@@ -8,7 +8,8 @@
 
 namespace corvane {
 
-/// Gives up a page load whose server has not begun to answer in time. The engine itself waits without limit.
+/// Gives up a page load whose server has not begun to answer in time. The engine itself waits without limit. Counting
+/// begins when the engine says that a load has started: going to another place of the page shown is none.
 class LoadDeadline {
 public:
     static constexpr std::chrono::seconds limit{60};

@@ -31,8 +31,7 @@ std::optional<Url> parseTyped(std::string_view text)
 
 bool mayReplacePage(const Url& requested, const std::optional<Url>& shown)
 {
-    static constexpr std::array<std::string_view, 6> always{"http", "https",     "mailto",
-                                                            "blob", "itms-apps", "itms-appss"};
+    static constexpr std::array<std::string_view, 5> always{"http", "https", "mailto", "itms-apps", "itms-appss"};
     if (requested.scheme() == "file")
         return shown && shown->scheme() == "file";
     return std::ranges::find(always, requested.scheme()) != always.end();

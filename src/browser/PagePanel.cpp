@@ -15,6 +15,11 @@ PagePanel::PagePanel(std::unique_ptr<ScriptPanel> panel, std::string host)
         message_ += "…";
 }
 
+std::string PagePanel::heading() const
+{
+    return (host_.empty() ? "This page" : host_) + " says";
+}
+
 void PagePanel::accept(std::string_view text)
 {
     if (const auto panel = std::exchange(panel_, nullptr))

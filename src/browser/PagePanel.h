@@ -17,7 +17,10 @@ public:
     PagePanel(std::unique_ptr<ScriptPanel> panel, std::string host);
 
     ScriptPanel::Kind kind() const { return kind_; }
-    const std::string& host() const { return host_; } // empty for pages without one
+    bool hasCancel() const { return kind_ != ScriptPanel::Kind::alert; }
+
+    /// Who asks: "<host> says".
+    std::string heading() const;
     const std::string& message() const { return message_; }
     const std::string& defaultText() const { return defaultText_; }
 
@@ -28,7 +31,7 @@ public:
 private:
     std::unique_ptr<ScriptPanel> panel_;
     ScriptPanel::Kind kind_;
-    std::string host_;
+    std::string host_; // empty for pages without one
     std::string message_;
     std::string defaultText_;
 };

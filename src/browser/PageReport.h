@@ -18,7 +18,8 @@ struct PageReport {
 };
 
 /// Reads a message body, given as JSON: a text that is an action or holds a JSON object, or an object with its action
-/// under "action", "type" or "message". Empty for everything else, for bodies over 64 KB and for nesting over 64 levels.
+/// under "action", "type" or "message". Empty for everything else, for bodies over 64 KB and for nesting over 64
+/// levels.
 std::optional<PageReport> readPageReport(std::string_view bodyJson);
 
 } // namespace corvane

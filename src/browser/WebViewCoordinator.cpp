@@ -26,7 +26,7 @@ WebViewCoordinator::WebViewCoordinator(AppState& appState, PushDeviceManager& pu
                                        const AllowedHosts& allowedHosts, MainQueue& queue, Clock& clock)
     : appState_(appState), pushDevices_(pushDevices), analytics_(analytics), allowedHosts_(allowedHosts), queue_(queue),
       clock_(clock), snapshots_(queue, [this] { takeSnapshot(); }), deadline_(clock, [this] {
-          if (webView_ != nullptr)
+          if (webView_ != nullptr && webView_->isLoading())
               webView_->stopLoading();
       })
 {
@@ -53,7 +53,6 @@ void WebViewCoordinator::load(const Url& url, LoadPolicy policy)
     if (webView_ == nullptr || !isLoadable(url))
         return;
     dismissPanel();
-    deadline_.restart();
     webView_->load(url, policy);
 }
 
@@ -95,7 +94,7 @@ void WebViewCoordinator::loadRedirected()
 void WebViewCoordinator::loadCommitted()
 {
     deadline_.stop();
-    committedURL_ = Url::fromEngine(webView_->address());
+    committedURL_ = Url::fromEngine(webView_->committedAddress());
     snapshots_.request();
 }
 

@@ -3,10 +3,12 @@
 #include "base/Text.h"
 #include "platform/FileDescriptor.h"
 
+#include <cstdio>
 #include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <unistd.h>
 
 namespace corvane {
 namespace {
@@ -93,6 +95,19 @@ void JsonDefaultsStore::change(std::string_view key, std::optional<Json> value)
         unsaved_.clear();
 }
 
+/// Gives the file's bytes the previous generation's name as well: the file itself is then replaced, never rewritten, so
+/// this costs no copy. False where the folder or the file system does not allow that.
+bool JsonDefaultsStore::keepAsPrevious() const
+{
+    auto fresh = previous_;
+    fresh += ".new";
+    ::unlink(fresh.c_str());
+    const bool isKept = ::linkat(AT_FDCWD, file_.c_str(), AT_FDCWD, fresh.c_str(), AT_SYMLINK_FOLLOW) == 0 &&
+                        ::rename(fresh.c_str(), previous_.c_str()) == 0;
+    ::unlink(fresh.c_str()); // Renaming does nothing where both names are the same file.
+    return isKept;
+}
+
 bool JsonDefaultsStore::save()
 {
     const bool hasFolder = files_.makeFolder(file_.parent_path()).has_value();
@@ -112,7 +127,7 @@ bool JsonDefaultsStore::save()
     if (isCurrent && newest->bytes == bytes)
         return true;
     // A broken file must not become the generation that stands in for it.
-    if (isCurrent)
+    if (isCurrent && !keepAsPrevious())
         static_cast<void>(files_.write(previous_, newest->bytes));
     return hasFolder && files_.write(file_, bytes).has_value();
 }

@@ -33,6 +33,7 @@ private:
 
     std::optional<Generation> readNewest() const;
     void change(std::string_view key, std::optional<Json> value);
+    bool keepAsPrevious() const;
     bool save();
 
     FileStore& files_;

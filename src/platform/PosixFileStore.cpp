@@ -133,7 +133,7 @@ Result<void> PosixFileStore::write(const fs::path& file, std::string_view bytes)
         return std::unexpected(systemError(cannotWrite, file));
     if (outcome == Replacement::folderRefuses && !rewriteInPlace(*target, bytes, status.st_size))
         return std::unexpected(systemError(cannotWrite, file));
-    sweepOnce(folderOf(*target));
+    sweep(folderOf(*target));
     return {};
 }
 
@@ -169,7 +169,7 @@ Result<void> PosixFileStore::remove(const fs::path& file)
     return {};
 }
 
-void PosixFileStore::sweepOnce(const fs::path& folder)
+void PosixFileStore::sweep(const fs::path& folder)
 {
     if (!swept_.insert(folder).second)
         return;

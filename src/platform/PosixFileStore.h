@@ -9,8 +9,8 @@ namespace corvane {
 /// Small files on a POSIX file system. A file is replaced by renaming a complete, synchronised temporary file over it;
 /// where its folder cannot be written it is rewritten in place, after its space has been secured.
 ///
-/// Temporary files that a killed run left behind are swept from a folder after the first write to it in this run, when
-/// they are older than a minute: starting costs nothing.
+/// Temporary files that a killed run left behind are swept when they are older than a minute: after the first write to
+/// their folder in this run, and by `sweep`, which the program calls once it has started.
 class PosixFileStore final : public FileStore {
 public:
     std::optional<std::string> read(const std::filesystem::path& file) const override;
@@ -22,9 +22,10 @@ public:
     bool exists(const std::filesystem::path& file) const override;
     Result<void> remove(const std::filesystem::path& file) override;
 
-private:
-    void sweepOnce(const std::filesystem::path& folder);
+    /// Removes old temporary files of ours from a folder, once in this run.
+    void sweep(const std::filesystem::path& folder);
 
+private:
     std::set<std::filesystem::path> swept_;
 };
 

@@ -11,9 +11,9 @@ namespace corvane {
 
 SandboxCheck::SandboxCheck()
 {
-    std::array<const char*, 12> command{"bwrap",  "--unshare-all", "--die-with-parent", "--ro-bind", "/",   "/",
-                                        "--proc", "/proc",         "--dev",             "/dev",      "/bin/true",
-                                        nullptr};
+    std::array<const char*, 12> command{
+        "bwrap", "--unshare-all", "--die-with-parent", "--ro-bind", "/", "/", "--proc", "/proc",
+        "--dev", "/dev",          "/bin/true",         nullptr};
     GErrorSlot error;
     const auto flags = static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_DO_NOT_REAP_CHILD |
                                                 G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL);

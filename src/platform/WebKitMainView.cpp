@@ -175,6 +175,13 @@ std::string WebKitMainView::title() const
     return title == nullptr ? std::string() : title;
 }
 
+std::string WebKitMainView::committedAddress() const
+{
+    auto* shown = webkit_back_forward_list_get_current_item(webkit_web_view_get_back_forward_list(view_.get()));
+    const char* address = shown == nullptr ? nullptr : webkit_back_forward_list_item_get_uri(shown);
+    return address == nullptr ? std::string() : address;
+}
+
 void WebKitMainView::loadChanged(WebKitLoadEvent event)
 {
     if (event == WEBKIT_LOAD_STARTED)

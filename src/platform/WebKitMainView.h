@@ -33,6 +33,7 @@ public:
     bool isLoading() const override;
     std::string address() const override;
     std::string title() const override;
+    std::string committedAddress() const override;
 
 private:
     void connectSignals();

@@ -35,7 +35,8 @@ private:
         if (isBase && !text->ends_with('/'))
             *text += '/';
         auto url = Url::parse(*text);
-        if (url && url->isHttp())
+        const bool hasTail = url && (!url->query().empty() || !url->fragment().empty() || text->contains('#'));
+        if (url && url->isHttp() && !(isBase && hasTail))
             return url;
         refused_.emplace_back(name);
         return std::nullopt;
@@ -59,6 +60,7 @@ Endpoints Endpoints::read(const Environment& environment, std::vector<std::strin
         .tag = reader.address("CORVANE_TAG_URL", build::tagUrl),
         .donation = reader.base("CORVANE_DONATION_URL", build::donationUrl),
         .measurementId = build::measurementId,
+        .storeId = build::storeId,
         .supportMail = build::supportMail,
         .donationAccount = build::donationAccount,
     };

@@ -10,7 +10,7 @@
 namespace corvane {
 
 /// The addresses of the servers: fixed by the build, each to be overridden for one run by an environment variable of
-/// the name given here. A base ends in "/".
+/// the name given here. A base ends in "/" and has neither query nor fragment.
 struct Endpoints {
     Url publishing;   // CORVANE_PUBLISHING_URL, a base
     Url notification; // CORVANE_NOTIFICATION_URL, a base
@@ -21,6 +21,7 @@ struct Endpoints {
     Url donation;     // CORVANE_DONATION_URL, a base
 
     std::string measurementId;
+    std::string storeId;
     std::string supportMail;
     std::string donationAccount;
 

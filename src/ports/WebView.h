@@ -106,6 +106,9 @@ public:
     /// As the engine has it: already the new address while a load is under way. Empty when there is none.
     virtual std::string address() const = 0;
     virtual std::string title() const = 0;
+
+    /// The address of the page that is shown; differs from `address` while another load is under way.
+    virtual std::string committedAddress() const = 0;
 };
 
 /// A script that runs in a page's own world, in every frame.

@@ -129,6 +129,22 @@ std::vector<SiteSelectorModel::Row> SiteSelectorModel::rows(std::string_view sea
     return rows;
 }
 
+bool SiteSelectorModel::chooseFirst(std::string_view search)
+{
+    const auto found = trimmed(search).empty() ? std::vector<Row>() : rows(search);
+    if (found.empty())
+        return false;
+    choose(found.front().title);
+    return true;
+}
+
+SiteSelectorModel::Shown SiteSelectorModel::shown() const
+{
+    if (!*appState_.isURLMode)
+        return Shown::picker;
+    return *urlBarEditing ? Shown::field : Shown::box;
+}
+
 std::string_view SiteSelectorModel::label() const
 {
     return *appState_.isURLMode ? "Service/URL:" : "Service:";

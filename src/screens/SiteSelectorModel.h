@@ -5,6 +5,7 @@
 #include "catalogue/Site.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -58,6 +59,11 @@ public:
     /// "Service:" or "Service/URL:".
     std::string_view label() const;
 
+    enum class Shown : std::uint8_t { picker, field, box };
+
+    /// What stands beside the label.
+    Shown shown() const;
+
     const Published<std::vector<Site>>& sites() const { return sites_; }
 
     /// What the closed picker shows: the chosen service if the catalogue still holds it, else the placeholder entry if
@@ -68,6 +74,10 @@ public:
 
     /// The picker's list while `search` stands in its search field.
     std::vector<Row> rows(std::string_view search) const;
+
+    /// Return in the search field: picks the first service found. With nothing to search for nothing is picked; says
+    /// whether something was.
+    bool chooseFirst(std::string_view search);
 
     /// The service shown as chosen; the catalogue may not hold it any more.
     Published<std::optional<std::string>> selectedSiteID;

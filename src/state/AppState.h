@@ -36,7 +36,7 @@ public:
     Published<std::optional<Url>> selectedSiteURL;
 
     Published<bool> isURLMode{false};
-    Published<std::string> urlModeBarText;                      // as typed
+    Published<std::string> urlModeBarText;                       // as typed
     Published<std::optional<std::string>> urlModeRestoredSiteID; // the service to return to after URL mode
 
     Published<bool> showAbout{false};

@@ -4,14 +4,27 @@
 
 namespace corvane {
 
-void setAccessibleName(Gtk::Widget& widget, const std::string& name)
+namespace {
+
+void setProperty(Gtk::Widget& widget, GtkAccessibleProperty property, const std::string& text)
 {
     auto* whole = widget.gobj();
-    gtk_accessible_update_property(GTK_ACCESSIBLE(whole), GTK_ACCESSIBLE_PROPERTY_LABEL, name.c_str(), -1);
-    if (!GTK_IS_MENU_BUTTON(whole))
-        return;
-    if (auto* inner = gtk_widget_get_first_child(whole))
-        gtk_accessible_update_property(GTK_ACCESSIBLE(inner), GTK_ACCESSIBLE_PROPERTY_LABEL, name.c_str(), -1);
+    gtk_accessible_update_property(GTK_ACCESSIBLE(whole), property, text.c_str(), -1);
+    auto* inner = GTK_IS_MENU_BUTTON(whole) ? gtk_widget_get_first_child(whole) : nullptr;
+    if (inner != nullptr)
+        gtk_accessible_update_property(GTK_ACCESSIBLE(inner), property, text.c_str(), -1);
+}
+
+} // namespace
+
+void setAccessibleName(Gtk::Widget& widget, const std::string& name)
+{
+    setProperty(widget, GTK_ACCESSIBLE_PROPERTY_LABEL, name);
+}
+
+void setAccessibleDescription(Gtk::Widget& widget, const std::string& description)
+{
+    setProperty(widget, GTK_ACCESSIBLE_PROPERTY_DESCRIPTION, description);
 }
 
 } // namespace corvane

@@ -10,4 +10,7 @@ namespace corvane {
 /// pressed and read, so that one is named too.
 void setAccessibleName(Gtk::Widget& widget, const std::string& name);
 
+/// The same for what is read after the name.
+void setAccessibleDescription(Gtk::Widget& widget, const std::string& description);
+
 } // namespace corvane

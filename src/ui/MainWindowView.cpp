@@ -17,6 +17,8 @@ MainWindowView::MainWindowView(const Models& models)
     keys_.watch(*this);
     observations_.push_back(
         model_.appState().title.bind([this](const std::string&) { set_title(model_.windowTitle()); }));
+    // A page that fills the screen has it to itself.
+    property_fullscreened().signal_changed().connect([this] { toolbar_.set_visible(!is_fullscreen()); });
     get_child()->grab_focus();
 }
 

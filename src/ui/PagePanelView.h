@@ -7,6 +7,7 @@
 #include <memory>
 
 #include <adwaita.h>
+#include <gtkmm/entry.h>
 #include <gtkmm/window.h>
 
 namespace corvane {
@@ -23,6 +24,8 @@ public:
 private:
     void show(const std::shared_ptr<PagePanel>& panel);
     void open(const PagePanel& panel);
+    static Gtk::Widget* messageOf(const PagePanel& panel);
+    Gtk::Widget* answerField(const PagePanel& panel);
     void close();
     void answered(const char* response);
     Gtk::Window& topmostWindow() const;
@@ -30,8 +33,8 @@ private:
     WebViewCoordinator& coordinator_;
     Gtk::Window& mainWindow_;
     KeyMonitor& keys_;
-    GtkWindow* dialog_ = nullptr; // owned by the toolkit until it is destroyed
-    GtkEditable* entry_ = nullptr; // of a prompt, part of the dialog
+    GtkWindow* dialog_ = nullptr;  // owned by the toolkit until it is destroyed
+    Gtk::Entry* answer_ = nullptr; // of a prompt, part of the dialog
     Subscription panels_;
 };
 

@@ -45,7 +45,10 @@ void SitePickerView::buildPopover(KeyMonitor& keys)
     setAccessibleName(search_, "Search services");
     search_.set_key_capture_widget(popover_);
     search_.signal_search_changed().connect([this] { fillList(); });
-    search_.signal_activate().connect([this] { activateRow(0); });
+    search_.signal_activate().connect([this] {
+        if (model_.chooseFirst(search_.get_text().raw())) // The list may still show an earlier search.
+            closeAndFocusPage(popover_);
+    });
     search_.signal_stop_search().connect([this] { popover_.popdown(); });
 
     scroller_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
@@ -104,8 +107,7 @@ void SitePickerView::showChoice()
 {
     const auto shown = model_.shownChoice();
     choice_.set_text(std::string(shown));
-    gtk_accessible_update_property(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_PROPERTY_DESCRIPTION,
-                                   std::string(shown).c_str(), -1);
+    setAccessibleDescription(*this, std::string(shown));
 }
 
 void SitePickerView::openList()
@@ -135,8 +137,8 @@ void SitePickerView::fillList()
 
 guint SitePickerView::rowOfChoice() const
 {
-    const auto chosen = std::ranges::find_if(
-        shown_, [this](const auto& row) { return row.service == *model_.selectedSiteID; });
+    const auto chosen =
+        std::ranges::find_if(shown_, [this](const auto& row) { return row.service == *model_.selectedSiteID; });
     return chosen == shown_.end() ? GTK_INVALID_LIST_POSITION : static_cast<guint>(chosen - shown_.begin());
 }
 

@@ -80,12 +80,17 @@ void SiteSelectorView::buildField()
 void SiteSelectorView::showMode()
 {
     label_.set_text(std::string(model_.label()));
-    if (!*appState_.isURLMode)
+    switch (model_.shown()) {
+    case SiteSelectorModel::Shown::picker:
         stack_.set_visible_child(picker_);
-    else if (*model_.urlBarEditing)
+        break;
+    case SiteSelectorModel::Shown::field:
         stack_.set_visible_child(field_);
-    else
+        break;
+    case SiteSelectorModel::Shown::box:
         stack_.set_visible_child(box_);
+        break;
+    }
 }
 
 /// In a later turn, when the field is certain to be on the screen.

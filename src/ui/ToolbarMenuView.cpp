@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include <gtkmm/button.h>
 #include <giomm/themedicon.h>
+#include <gtkmm/button.h>
 #include <gtkmm/image.h>
 #include <gtkmm/label.h>
 #include <gtkmm/separator.h>

@@ -115,6 +115,16 @@ TEST(UrlTest, RefusesWhatReadersDisagreeOn)
         "http://good＼evil/",
         "http://a　b/",
         "http://a；b＆c/",
+        "http://2130706433/", // engines read these as 127.0.0.1 and ::1
+        "http://127.1/",
+        "http://0x7f.0.0.1/",
+        "http://127.0.0.01/",
+        "http://h.0x7F./",
+        "http://１２７.1/",
+        "http://[0:0:0:0:0:0:0:1]/",
+        "http://[:::::]/",
+        "http://h'/",
+        "http://a;b/",
     };
     for (const auto& text : refused) {
         const auto url = Url::parse(text);

@@ -21,8 +21,9 @@ namespace corvane::testing {
 
 /// Everything around a browser view, without an engine and without a display.
 struct BrowserWorld {
-    explicit BrowserWorld(const std::string& server = "http://127.0.0.1:3002/", bool isFirstUse = true)
-        : endpoints(endpointsAt(server, server)), defaults(storedFirstUse(isFirstUse))
+    explicit BrowserWorld(const std::string& server = "http://127.0.0.1:3002/", bool isFirstUse = true,
+                          const std::string& version = "1.2")
+        : endpoints(endpointsAt(server, server)), defaults(storedFirstUse(isFirstUse)), info{.shortVersion = version}
     {
         analytics.adoptEnabled(true);
     }
@@ -66,7 +67,7 @@ struct BrowserWorld {
     ManualClock clock;
     ManualMainQueue queue;
     ScriptedHttpClient http;
-    AppInfo info{.shortVersion = "1.2"};
+    AppInfo info;
     SettingsManager settings{files, places};
     AnalyticsManager analytics{defaults, host, clock, info};
     PushDeviceManager pushDevices{http, defaults, endpoints, info};

@@ -19,14 +19,14 @@ TEST(LoadableAddressTest, CompletesWhatAPersonTypes)
         {"hTTps://chat.example", "hTTps://chat.example"},
         {"http://127.0.0.1:3002/chat/", "http://127.0.0.1:3002/chat/"},
         {"chat.example/?q=a%20b", "https://chat.example/?q=a%20b"},
-        {"ftp://chat.example", "none"}, // "https://ftp://chat.example" has no port after "ftp:"... but a path
+        {"ftp://chat.example", "https://ftp://chat.example"}, // a host named "ftp", and that parses
         {"two words", "none"},
         {"   \n", "none"},
         {"https://", "none"},
         {"javascript:alert(1)", "none"},
     };
     for (const auto& [text, expected] : cases)
-        EXPECT_EQ(typed(text), text.starts_with("ftp") ? "https://ftp://chat.example" : expected) << text;
+        EXPECT_EQ(typed(text), expected) << text;
 }
 
 TEST(LoadableAddressTest, KeepsScriptsOutOfThePageShown)
@@ -53,6 +53,7 @@ TEST(LoadableAddressTest, LetsPagesAskOnlyForHarmlessNewWindows)
                                                                         {"data:text/html,x", false, false},
                                                                         {"javascript:alert(1)", false, false},
                                                                         {"about:blank", false, false},
+                                                                        {"blob:https://b.example/1", false, false},
                                                                         {"webkit://gpu", false, false}}) {
         EXPECT_EQ(mayReplacePage(*Url::parse(requested), web), fromWeb) << requested;
         EXPECT_EQ(mayReplacePage(*Url::parse(requested), file), fromFile) << requested;

@@ -15,7 +15,8 @@ TEST(PageScriptsTest, AreTheAgreedTextsByteForByte)
     ASSERT_EQ(configuration.scripts.size(), 3U);
     const auto& entry = configuration.scripts[0];
     const auto& report = configuration.scripts[2];
-    EXPECT_TRUE(entry.source.starts_with("(function() {\n    var allowedHosts = ['push.example'];\n    if (allowedHosts."));
+    EXPECT_TRUE(
+        entry.source.starts_with("(function() {\n    var allowedHosts = ['push.example'];\n    if (allowedHosts."));
     EXPECT_TRUE(entry.source.ends_with("postMessage(msg);\n    };\n})();"));
     EXPECT_EQ(entry.source.size(), 497U + std::string_view("'push.example'").size());
     EXPECT_EQ(configuration.scripts[1].source, entry.source);

@@ -15,9 +15,11 @@ TEST(WebViewRepresentableTest, OpensWithTheGivenPageOrTheRegistrationPage)
     EXPECT_EQ(given.view().calls, (Names{"load https://chat.example/"}));
 
     BrowserWorld absent;
-    absent.info.shortVersion = "";
     absent.browser.makeView(std::nullopt);
     EXPECT_EQ(absent.view().calls, Names{std::string("load ") + registration});
+    BrowserWorld nameless("http://127.0.0.1:3002/", true, "");
+    nameless.browser.makeView(std::nullopt);
+    EXPECT_EQ(nameless.view().calls, Names{"load http://127.0.0.1:3002/registration.html?os=macos"});
     EXPECT_TRUE(absent.files.folders.contains("/data"));
 }
 
@@ -49,7 +51,8 @@ TEST(WebViewRepresentableTest, LosesNoRequestMadeBeforeTheLastOneWasCleared)
     world.queue.runAll();
     world.state.pendingLoadURL.set(Url::parse("https://b.example/"));
     world.queue.runAll();
-    EXPECT_EQ(world.view().calls, (Names{"load https://a.example/", "load https://b.example/", "load https://b.example/"}));
+    EXPECT_EQ(world.view().calls,
+              (Names{"load https://a.example/", "load https://b.example/", "load https://b.example/"}));
 }
 
 TEST(WebViewRepresentableTest, GoesHomeWhereTheStateSays)
@@ -61,15 +64,15 @@ TEST(WebViewRepresentableTest, GoesHomeWhereTheStateSays)
         std::string selected;
         std::string expected;
     };
-    for (const auto& [isFirstUse, isURLMode, typed, selected, expected] : std::vector<Case>{
-             {true, false, "", "https://chat.example/", registration},
-             {false, false, "", "https://chat.example/", "https://chat.example/"},
-             {false, false, "", "", "http://127.0.0.1:3002/Corvane/help/mac/help_mac_v0.75.xx.html"},
-             {false, true, " host.example ", "https://chat.example/", "https://host.example"},
-             {false, true, "HTTP://host.example", "https://chat.example/", "HTTP://host.example"},
-             {false, true, "   ", "https://chat.example/", "https://chat.example/"},
-             {false, true, "no address", "https://chat.example/", "https://chat.example/"},
-             {false, false, "host.example", "https://chat.example/", "https://chat.example/"}}) {
+    for (const auto& [isFirstUse, isURLMode, typed, selected, expected] :
+         std::vector<Case>{{true, false, "", "https://chat.example/", registration},
+                           {false, false, "", "https://chat.example/", "https://chat.example/"},
+                           {false, false, "", "", "http://127.0.0.1:3002/Corvane/help/mac/help_mac_v0.75.xx.html"},
+                           {false, true, " host.example ", "https://chat.example/", "https://host.example"},
+                           {false, true, "HTTP://host.example", "https://chat.example/", "HTTP://host.example"},
+                           {false, true, "   ", "https://chat.example/", "https://chat.example/"},
+                           {false, true, "no address", "https://chat.example/", "https://chat.example/"},
+                           {false, false, "host.example", "https://chat.example/", "https://chat.example/"}}) {
         BrowserWorld world("http://127.0.0.1:3002/", isFirstUse);
         world.makeView();
         world.state.isURLMode.set(isURLMode);

@@ -1,11 +1,8 @@
+#include "browser/PageReport.h"
 #include "display/EngineWorld.h"
 
-#include "browser/PageReport.h"
-
-#include <signal.h>
-#include <webkit/webkit.h>
-
 #include <gtest/gtest.h>
+#include <webkit/webkit.h>
 
 namespace corvane::testing {
 namespace {
@@ -41,30 +38,32 @@ TEST(EngineTest, DeliversEveryLegalMessageInOrderAndNoOther)
         EXPECT_TRUE(message.isTopFrame);
         bodies.push_back(message.body);
     }
-    EXPECT_EQ(bodies, (std::vector<std::string>{"\"success\"", "{\"type\":\"binddevice\",\"bindingToken\":\"tö\\u0000k\"}",
-                                                "\"{\\\"action\\\":\\\"deleted\\\"}\"", "[1]", "\"delete\""}));
+    EXPECT_EQ(bodies,
+              (std::vector<std::string>{"\"success\"", "{\"type\":\"binddevice\",\"bindingToken\":\"tö\\u0000k\"}",
+                                        "\"{\\\"action\\\":\\\"deleted\\\"}\"", "[1]", "\"delete\""}));
     EXPECT_TRUE(readPageReport(bodies[1]));
 }
 
 TEST(EngineTest, HearsNothingFromOtherSitesAndSaysWhereFramesComeFrom)
 {
     EngineWorld world;
-    const std::string forge =
-        "window.dispatchEvent(new CustomEvent('corvane-page-message', {detail: '\"success\"'}));"
-        "try { window.webkit.messageHandlers.corvane.postMessage('success'); } catch (e) {}"
-        "document.title = typeof window.chrome + typeof window.webkit";
+    const std::string forge = "window.dispatchEvent(new CustomEvent('corvane-page-message', {detail: '\"success\"'}));"
+                              "try { window.webkit.messageHandlers.corvane.postMessage('success'); } catch (e) {}"
+                              "document.title = typeof window.chrome + typeof window.webkit";
     world.server.pages["/evil"] = {.body = page(forge)};
     ASSERT_TRUE(world.open(world.server.otherSite() + "/evil?deleted"));
     EXPECT_TRUE(iterateUntil([&] { return world.view->title() == "undefinedundefined"; }));
 
     world.server.pages["/inner"] = {.body = page("window.chrome.webview.postMessage('inner')")};
-    world.server.pages["/outer"] = {.body = "<!doctype html><iframe srcdoc=\"<script>" + forge + "</script>\"></iframe><iframe src='" +
-                                            world.server.otherSite() + "/evil'></iframe><iframe src='" + world.server.site() +
-                                            "/inner'></iframe>"};
+    world.server.pages["/outer"] = {.body = "<!doctype html><iframe srcdoc=\"<script>" + forge +
+                                            "</script>\"></iframe><iframe src='" + world.server.otherSite() +
+                                            "/evil'></iframe><iframe src='" + world.server.site() +
+                                            "/inner'></iframe><script>onload = () => "
+                                            "window.chrome.webview.postMessage('last')</script>"};
     ASSERT_TRUE(world.open(world.server.site() + "/outer"));
-    ASSERT_TRUE(iterateUntil([&] { return !world.told.messages.empty(); }));
-    iteratePending();
-    ASSERT_EQ(world.told.messages.size(), 1U);
+    // The page's own message comes last: it is posted when every frame has been loaded.
+    ASSERT_TRUE(iterateUntil([&] { return !world.told.messages.empty() && world.told.messages.back().isTopFrame; }));
+    ASSERT_EQ(world.told.messages.size(), 2U);
     EXPECT_EQ(world.told.messages[0].body, "\"inner\"");
     EXPECT_FALSE(world.told.messages[0].isTopFrame);
     EXPECT_EQ(world.told.messages[0].origin, world.server.site());
@@ -182,8 +181,8 @@ TEST(EngineTest, KeepsItsStorageForThisUserOnly)
     EngineWorld world;
     world.server.pages["/"] = {.body = page("localStorage.a = document.cookie = 'a=b; max-age=9999'")};
     ASSERT_TRUE(world.open(world.server.site() + "/"));
-    for (const auto& private_ : {world.places.webData(), world.places.cache})
-        EXPECT_EQ(std::filesystem::status(private_).permissions() & std::filesystem::perms::mask,
+    for (const auto& folder : {world.places.webData(), world.places.cache})
+        EXPECT_EQ(std::filesystem::status(folder).permissions() & std::filesystem::perms::mask,
                   std::filesystem::perms::owner_all);
     EXPECT_TRUE(std::filesystem::exists(world.places.webData() / "cookies.sqlite"));
 }

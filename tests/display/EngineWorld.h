@@ -1,6 +1,7 @@
 #pragma once
 
 #include "browser/BrowserConfiguration.h"
+#include "display/KeptEngine.h"
 #include "display/PageServer.h"
 #include "platform/WebKitViewFactory.h"
 #include "support/MainContext.h"
@@ -49,6 +50,7 @@ public:
     {
         view->setDelegate(&told);
         widget = WebKitViewFactory::widget(*view);
+        keepEngineOf(widget);
     }
 
     /// Loads an address and waits until the page is complete.

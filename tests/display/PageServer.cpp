@@ -23,8 +23,9 @@ PageServer::~PageServer()
 
 std::size_t PageServer::hits(const std::string& path) const
 {
-    return static_cast<std::size_t>(std::ranges::count_if(
-        requests, [&](const Request& request) { return request.path == path || request.path.starts_with(path + "?"); }));
+    return static_cast<std::size_t>(std::ranges::count_if(requests, [&](const Request& request) {
+        return request.path == path || request.path.starts_with(path + "?");
+    }));
 }
 
 void PageServer::answer(SoupServer* /*server*/, SoupServerMessage* message, const char* path, GHashTable* /*query*/,

@@ -43,7 +43,8 @@ struct World {
 
 TEST(MainWindowModelTest, OpensWithTheRememberedServiceOrTheRegistrationPage)
 {
-    const std::vector<Site> sites{{"Echo", "https://echo.example/", ""}, {"Script", "javascript:x", ""}, {"Bad", "::", ""}};
+    const std::vector<Site> sites{
+        {"Echo", "https://echo.example/", ""}, {"Script", "javascript:x", ""}, {"Bad", "::", ""}};
     const std::string registration = "http://127.0.0.1:3002/registration.html?os=macos&version=1.2";
     EXPECT_EQ(World(false, "Echo").model->initialURL(sites).text(), "https://echo.example/");
     EXPECT_EQ(World(true, "Echo").model->initialURL(sites).text(), registration);
@@ -98,7 +99,8 @@ TEST(ToolbarModelTest, TurnsButtonsAndMenuEntriesIntoRequests)
 
     for (const auto& entry : ToolbarModel::menu) {
         world.toolbar->choose(entry);
-        EXPECT_TRUE((*world.state->pendingLoadURL)->text().contains(entry.title == "Help" ? "help/mac" : "registration"));
+        EXPECT_TRUE(
+            (*world.state->pendingLoadURL)->text().contains(entry.title == "Help" ? "help/mac" : "registration"));
     }
 }
 

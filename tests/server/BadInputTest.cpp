@@ -1,6 +1,5 @@
-#include "server/ServerWorld.h"
-
 #include "data/Statement.h"
+#include "server/ServerWorld.h"
 
 #include <fmt/format.h>
 
@@ -47,8 +46,7 @@ std::vector<Case> badBodies()
     const std::string id = "\"installId\":\"0c7d3d3e-5b0a-4a6e-9f3c-1a2b3c4d5e6f\"";
     std::vector<Case> cases;
     for (const auto* path : {"/api/devices/register", "/api/devices/bind", "/api/notifications/ack", "/api/profiles"}) {
-        for (const auto* body :
-             {"", "{", "[]", "null", "\"x\"", "{}", "{}{}", "{\"name\":\"\xFF\"}", "\xEF\xBB\xBF"})
+        for (const auto* body : {"", "{", "[]", "null", "\"x\"", "{}", "{}{}", "{\"name\":\"\xFF\"}", "\xEF\xBB\xBF"})
             cases.push_back({path, body});
         cases.push_back({path, std::string(1000, '[')});
         cases.push_back({path, "{\"name\":" + std::string(20, '[') + std::string(20, ']') + "}"});
@@ -64,8 +62,8 @@ std::vector<Case> badBodies()
     for (const auto* token : {"7", "null", "\"\"", "\"a b\"", "\"a\\nb\""})
         cases.push_back(
             {"/api/devices/bind", fmt::format("{{{},\"platform\":\"macos\",\"bindingToken\":{}}}", id, token)});
-    for (const auto* ids : {"1", "{}", "[]", "[0]", "[-1]", "[1.0]", "[\"1\"]", "[1,null]", "[9223372036854775808]",
-                            "[1e300]"})
+    for (const auto* ids :
+         {"1", "{}", "[]", "[0]", "[-1]", "[1.0]", "[\"1\"]", "[1,null]", "[9223372036854775808]", "[1e300]"})
         cases.push_back({"/api/notifications/ack", fmt::format("{{{},\"recipientIds\":{}}}", id, ids)});
     std::string many = "1";
     for (int i = 0; i < 1000; ++i)
@@ -96,8 +94,13 @@ TEST_F(BadInputTest, IsRefusedWithAReasonAndChangesNothing)
 TEST_F(BadInputTest, APendingQueryNamesExactlyOneInstall)
 {
     const std::string id = installId;
-    const std::vector<std::string> queries{"", "?installId", "?installId=", "?installId=%00", "?installId=" + id + "x",
-                                           "?installId=" + id + "&installId=" + id, "?InstallId=" + id};
+    const std::vector<std::string> queries{"",
+                                           "?installId",
+                                           "?installId=",
+                                           "?installId=%00",
+                                           "?installId=" + id + "x",
+                                           "?installId=" + id + "&installId=" + id,
+                                           "?InstallId=" + id};
     for (const auto& query : queries)
         EXPECT_EQ(get("/api/notifications/pending" + query).status, 400U) << query;
     EXPECT_EQ(get("/api/notifications/pending?x=1&installId=%30" + id.substr(1)).body, "{\"notifications\":[]}");

@@ -9,8 +9,8 @@ using Command = CommandLine::Command;
 
 TEST(CommandLineTest, ReadsEveryCommandWithItsOptions)
 {
-    const auto serve = CommandLine::parse({"--port", "0", "--data=/d", "--publish-folder", "/p", "--public-origin",
-                                           "https://example.org:3002"});
+    const auto serve = CommandLine::parse(
+        {"--port", "0", "--data=/d", "--publish-folder", "/p", "--public-origin", "https://example.org:3002"});
     ASSERT_TRUE(serve);
     EXPECT_EQ(serve->command, Command::serve);
     EXPECT_EQ(serve->port, 0);

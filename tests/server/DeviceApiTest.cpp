@@ -1,5 +1,4 @@
 #include "server/ServerWorld.h"
-
 #include "store/BindingTokenStore.h"
 #include "store/DeviceStore.h"
 #include "store/ProfileStore.h"

@@ -1,7 +1,7 @@
-#include "server/ServerWorld.h"
-
 #include "commands/NotifyCommand.h"
+
 #include "commands/ProfilesCommand.h"
+#include "server/ServerWorld.h"
 
 namespace corvane::server::testing {
 namespace {

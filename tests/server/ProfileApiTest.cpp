@@ -1,5 +1,4 @@
 #include "server/ServerWorld.h"
-
 #include "store/ProfileStore.h"
 
 namespace corvane::server::testing {

@@ -40,12 +40,33 @@ TEST_F(PublishedFolderTest, NothingOutsideTheFolderCanBeReached)
 {
     const std::string name = data_.path().filename().string();
     const auto outside = data_.path().string() + "/secret.txt";
-    const std::vector<std::string> paths{
-        "/../" + name + "/secret.txt", "/%2e%2e/" + name + "/secret.txt", "/.%2e/" + name + "/secret.txt",
-        "/a/../../" + name + "/secret.txt", "/a%2f..%2f..%2f" + name + "/secret.txt", "/" + outside,
-        "/" + outside.substr(1), "/%2f" + outside, "/link/secret.txt", "/link.txt", "/a/inner.txt", "/.hidden/file.txt",
-        "/%2ehidden/file.txt", "/a/page.html%00.txt", "/a//page.html", "/./a/page.html", "/a/page.html/", "/a/%",
-        "/a/%zz", "/%ff", "/pipe.txt", "/missing", "/a", "/a/", "", "*", "/" + std::string(5000, 'x')};
+    const std::vector<std::string> paths{"/../" + name + "/secret.txt",
+                                         "/%2e%2e/" + name + "/secret.txt",
+                                         "/.%2e/" + name + "/secret.txt",
+                                         "/a/../../" + name + "/secret.txt",
+                                         "/a%2f..%2f..%2f" + name + "/secret.txt",
+                                         "/" + outside,
+                                         "/" + outside.substr(1),
+                                         "/%2f" + outside,
+                                         "/link/secret.txt",
+                                         "/link.txt",
+                                         "/a/inner.txt",
+                                         "/.hidden/file.txt",
+                                         "/%2ehidden/file.txt",
+                                         "/a/page.html%00.txt",
+                                         "/a//page.html",
+                                         "/./a/page.html",
+                                         "/a/page.html/",
+                                         "/a/%",
+                                         "/a/%zz",
+                                         "/%ff",
+                                         "/pipe.txt",
+                                         "/missing",
+                                         "/a",
+                                         "/a/",
+                                         "",
+                                         "*",
+                                         "/" + std::string(5000, 'x')};
     for (const auto& path : paths)
         EXPECT_EQ(ask(path).status, 404U) << path.substr(0, 100);
 }

@@ -86,10 +86,9 @@ Reply ServerWorld::post(const std::string& path, const Json& body, Headers heade
 
 void ServerWorld::registerDevice(const std::string& id)
 {
-    const auto reply = post("/api/devices/register", {{"installId", id},
-                                                      {"platform", "macos"},
-                                                      {"product", "corvane"},
-                                                      {"appVersion", "0.75.0"}});
+    const auto reply =
+        post("/api/devices/register",
+             {{"installId", id}, {"platform", "macos"}, {"product", "corvane"}, {"appVersion", "0.75.0"}});
     EXPECT_EQ(reply.status, 200U) << reply.body;
 }
 

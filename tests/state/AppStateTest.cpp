@@ -1,11 +1,11 @@
 #include "state/AppState.h"
 
 #include "analytics/AnalyticsManager.h"
+#include "state/UpdateScheduler.h"
 #include "support/FixedHostInfo.h"
 #include "support/ManualClock.h"
 #include "support/ManualMainQueue.h"
 #include "support/MemoryDefaultsStore.h"
-#include "state/UpdateScheduler.h"
 
 #include <gtest/gtest.h>
 

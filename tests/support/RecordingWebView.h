@@ -25,6 +25,7 @@ public:
     bool isLoading() const override { return loading; }
     std::string address() const override { return shownAddress; }
     std::string title() const override { return shownTitle; }
+    std::string committedAddress() const override { return shownAddress; }
 
     /// A whole load of a page, as an engine reports it.
     void showPage(const std::string& address, const std::string& title = {})

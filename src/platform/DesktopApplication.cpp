@@ -1,0 +1,70 @@
+#include "platform/DesktopApplication.h"
+
+#include <csignal>
+#include <utility>
+#include <vector>
+
+#include <glib-unix.h>
+#include <gtk/gtk.h>
+
+namespace corvane {
+namespace {
+
+gboolean quitOnSignal(gpointer application)
+{
+    g_application_quit(G_APPLICATION(application));
+    return G_SOURCE_CONTINUE;
+}
+
+} // namespace
+
+DesktopApplication::DesktopApplication(const char* applicationId)
+    : application_(adopt(gtk_application_new(applicationId, G_APPLICATION_DEFAULT_FLAGS)))
+{
+}
+
+Result<DesktopApplication::Role> DesktopApplication::registerInstance()
+{
+    GErrorSlot error;
+    if (g_application_register(G_APPLICATION(application_.get()), nullptr, error.out()) == FALSE)
+        return std::unexpected(Error{error->message});
+    return g_application_get_is_remote(G_APPLICATION(application_.get())) != FALSE ? Role::secondary : Role::primary;
+}
+
+bool DesktopApplication::hasSessionBus() const
+{
+    return g_application_get_dbus_connection(G_APPLICATION(application_.get())) != nullptr;
+}
+
+int DesktopApplication::activatePrimary()
+{
+    return g_application_run(G_APPLICATION(application_.get()), 0, nullptr);
+}
+
+int DesktopApplication::run(std::function<void()> activate, std::function<void()> shutdown)
+{
+    activate_ = std::move(activate);
+    shutdown_ = std::move(shutdown);
+    auto* application = application_.get();
+    activated_ = SignalConnection::to<&DesktopApplication::activated>(application, "activate", this);
+    shutDown_ = SignalConnection::to<&DesktopApplication::shutDown>(application, "shutdown", this);
+    std::vector<guint> sources;
+    for (const int number : {SIGTERM, SIGINT, SIGHUP})
+        sources.push_back(g_unix_signal_add(number, quitOnSignal, application));
+    const int status = g_application_run(G_APPLICATION(application), 0, nullptr);
+    for (const auto source : sources)
+        g_source_remove(source);
+    return status;
+}
+
+void DesktopApplication::addWindow(GtkWindow* window)
+{
+    gtk_application_add_window(application_.get(), window);
+}
+
+void DesktopApplication::quit()
+{
+    g_application_quit(G_APPLICATION(application_.get()));
+}
+
+} // namespace corvane

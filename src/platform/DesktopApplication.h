@@ -1,0 +1,50 @@
+#pragma once
+
+#include "base/Error.h"
+#include "platform/GLibHandle.h"
+#include "platform/SignalConnection.h"
+
+#include <cstdint>
+#include <functional>
+
+typedef struct _GtkApplication GtkApplication;
+typedef struct _GtkWindow GtkWindow;
+
+namespace corvane {
+
+/// This program's place on the user's desktop: the one instance per user, its activation, its end. Also ends in the
+/// ordinary way on SIGTERM, SIGINT and SIGHUP. The toolkit's C++ binding is not started here: it takes longer than
+/// everything that the first page needs.
+class DesktopApplication {
+public:
+    enum class Role : std::uint8_t { primary, secondary };
+
+    explicit DesktopApplication(const char* applicationId);
+
+    /// Finds out whether this is the first instance; if so, starts the toolkit.
+    Result<Role> registerInstance();
+
+    bool hasSessionBus() const;
+
+    /// Of a secondary instance: has the primary one show its window; the exit status.
+    int activatePrimary();
+
+    /// Runs until `quit`, or until the last window has gone; the exit status. `activate` is called at the start and
+    /// whenever a later instance hands over, `shutdown` at the end.
+    int run(std::function<void()> activate, std::function<void()> shutdown);
+
+    void addWindow(GtkWindow* window);
+    void quit();
+
+private:
+    void activated() { activate_(); }
+    void shutDown() { shutdown_(); }
+
+    GObjectPtr<GtkApplication> application_;
+    std::function<void()> activate_;
+    std::function<void()> shutdown_;
+    SignalConnection activated_;
+    SignalConnection shutDown_;
+};
+
+} // namespace corvane

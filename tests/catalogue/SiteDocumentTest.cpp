@@ -2,7 +2,7 @@
 
 #include "base/Json.h"
 #include "base/Url.h"
-#include "catalogue/JsonCorpus.h"
+#include "support/JsonCorpus.h"
 
 #include <set>
 

@@ -1,6 +1,6 @@
 #include "notifications/PendingNotification.h"
 
-#include "catalogue/JsonCorpus.h"
+#include "support/JsonCorpus.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>

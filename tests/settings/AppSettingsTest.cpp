@@ -1,7 +1,7 @@
 #include "settings/AppSettings.h"
 
 #include "base/Json.h"
-#include "catalogue/JsonCorpus.h"
+#include "support/JsonCorpus.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>

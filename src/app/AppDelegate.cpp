@@ -60,6 +60,9 @@ int AppDelegate::runPrimary()
 {
     app_ = std::make_unique<CorvaneApp>(readEndpoints(), xdgPlaces(), renderer_);
     app_->startFirstLoad();
+    application_.addAction("about", "", [this] { app_->showAbout(); });
+    application_.addAction("preferences", "<Control>comma", [this] { app_->showSettings(); });
+    application_.addAction("quit", "<Control>q", [this] { application_.quit(); });
     const int status = application_.run([this] { activate(); }, [this] { app_->willTerminate(); });
     app_.reset();
     return status;

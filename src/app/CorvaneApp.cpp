@@ -29,8 +29,11 @@ CorvaneApp::CorvaneApp(Endpoints endpoints, Places places, Renderer renderer)
                coordinator_),
       windowModel_(appState_, pushDevices_, defaults_, analytics_),
       toolbarModel_(appState_, pushDevices_, endpoints_, analytics_),
-      selectorModel_(appState_, siteListManager_.sites(), defaults_, analytics_)
+      selectorModel_(appState_, siteListManager_.sites(), defaults_, analytics_),
+      keys_([this] { notifications_.post(toggleURLModeNotification); }),
+      activation_(queue_, WindowMonitor::isAnyWindowActive, [] {}), windows_(keys_, activation_)
 {
+    windowModel_.observe(notifications_);
 }
 
 CorvaneApp::~CorvaneApp() = default;
@@ -50,7 +53,8 @@ MainWindowView& CorvaneApp::window()
                                                                           .toolbar = toolbarModel_,
                                                                           .selector = selectorModel_,
                                                                           .coordinator = coordinator_,
-                                                                          .browser = *browser_.view()});
+                                                                          .browser = *browser_.view(),
+                                                                          .windows = windows_});
         selectorModel_.appear();
         windowModel_.created();
         sweeping_ = queue_.post([this] { sweepFolders(); });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analytics/AnalyticsManager.h"
+#include "base/NotificationCenter.h"
 #include "browser/AllowedHosts.h"
 #include "browser/WebViewCoordinator.h"
 #include "browser/WebViewRepresentable.h"
@@ -18,12 +19,15 @@
 #include "ports/AppInfo.h"
 #include "ports/Endpoints.h"
 #include "ports/Places.h"
+#include "screens/ActivationModel.h"
 #include "screens/MainWindowModel.h"
 #include "screens/SiteSelectorModel.h"
 #include "screens/ToolbarModel.h"
 #include "settings/SettingsManager.h"
+#include "state/AppNotifications.h"
 #include "state/AppState.h"
 #include "ui/MainWindowView.h"
+#include "ui/WindowMonitor.h"
 
 #include <memory>
 
@@ -44,6 +48,10 @@ public:
 
     AppState& state() { return appState_; }
     SiteSelectorModel& selector() { return selectorModel_; }
+
+    /// The program's own actions, by key or by menu.
+    void showAbout() { notifications_.post(showAboutNotification); }
+    void showSettings() { appState_.showSettings.set(true); }
 
     /// The program ends.
     void willTerminate();
@@ -79,6 +87,11 @@ private:
     MainWindowModel windowModel_;
     ToolbarModel toolbarModel_;
     SiteSelectorModel selectorModel_;
+
+    NotificationCenter notifications_;
+    KeyMonitor keys_;
+    ActivationModel activation_;
+    WindowMonitor windows_;
 
     Subscription settingsChanges_;
     Subscription sweeping_;

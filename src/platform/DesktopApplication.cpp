@@ -1,6 +1,8 @@
 #include "platform/DesktopApplication.h"
 
+#include <array>
 #include <csignal>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -55,6 +57,24 @@ int DesktopApplication::run(std::function<void()> activate, std::function<void()
     for (const auto source : sources)
         g_source_remove(source);
     return status;
+}
+
+void DesktopApplication::Action::activated(GVariant* /*parameter*/)
+{
+    call();
+}
+
+void DesktopApplication::addAction(const char* name, const char* key, std::function<void()> action)
+{
+    const auto made = adopt(g_simple_action_new(name, nullptr));
+    auto& kept = actions_.emplace_back(std::make_unique<Action>());
+    kept->call = std::move(action);
+    kept->connection = SignalConnection::to<&Action::activated>(made.get(), "activate", kept.get());
+    g_action_map_add_action(G_ACTION_MAP(application_.get()), G_ACTION(made.get()));
+
+    const auto detailed = "app." + std::string(name);
+    const std::array<const char*, 2> keys{*key == '\0' ? nullptr : key, nullptr};
+    gtk_application_set_accels_for_action(application_.get(), detailed.c_str(), keys.data());
 }
 
 void DesktopApplication::addWindow(GtkWindow* window)

@@ -6,6 +6,8 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
+#include <vector>
 
 typedef struct _GtkApplication GtkApplication;
 typedef struct _GtkWindow GtkWindow;
@@ -33,6 +35,9 @@ public:
     /// whenever a later instance hands over, `shutdown` at the end.
     int run(std::function<void()> activate, std::function<void()> shutdown);
 
+    /// An action of the whole program with a key of its own, such as "<Control>q"; empty for none. Before `run`.
+    void addAction(const char* name, const char* key, std::function<void()> action);
+
     void addWindow(GtkWindow* window);
     void quit();
 
@@ -40,7 +45,15 @@ private:
     void activated() { activate_(); }
     void shutDown() { shutdown_(); }
 
+    struct Action {
+        void activated(GVariant* parameter);
+
+        std::function<void()> call;
+        SignalConnection connection;
+    };
+
     GObjectPtr<GtkApplication> application_;
+    std::vector<std::unique_ptr<Action>> actions_;
     std::function<void()> activate_;
     std::function<void()> shutdown_;
     SignalConnection activated_;

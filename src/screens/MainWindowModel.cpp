@@ -6,6 +6,7 @@
 #include "catalogue/SavedSite.h"
 #include "notifications/PushDeviceManager.h"
 #include "ports/DefaultsStore.h"
+#include "state/AppNotifications.h"
 #include "state/AppState.h"
 
 namespace corvane {
@@ -31,6 +32,12 @@ void MainWindowModel::toggleURLMode()
 {
     if (!*appState_.isFirstUse())
         appState_.isURLMode.set(!*appState_.isURLMode);
+}
+
+void MainWindowModel::observe(NotificationCenter& notifications)
+{
+    observations_.push_back(notifications.observe(toggleURLModeNotification, [this] { toggleURLMode(); }));
+    observations_.push_back(notifications.observe(showAboutNotification, [this] { appState_.showAbout.set(true); }));
 }
 
 std::string MainWindowModel::windowTitle() const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/NotificationCenter.h"
 #include "base/Url.h"
 #include "catalogue/Site.h"
 
@@ -29,6 +30,9 @@ public:
     /// Control+Shift+U; during first use nothing happens.
     void toggleURLMode();
 
+    /// Hears the notifications that are meant for the window.
+    void observe(NotificationCenter& notifications);
+
     /// The page's title, fit for a title bar; the application's name for a page without one.
     std::string windowTitle() const;
 
@@ -42,6 +46,7 @@ private:
     const PushDeviceManager& pushDevices_;
     const DefaultsStore& defaults_;
     AnalyticsManager& analytics_;
+    std::vector<Subscription> observations_;
 };
 
 } // namespace corvane

@@ -6,15 +6,15 @@
 namespace corvane {
 
 MainWindowView::MainWindowView(const Models& models)
-    : model_(models.window), keys_([this] { model_.toggleURLMode(); }),
-      toolbar_(models.toolbar, models.selector, models.window.appState(), keys_),
-      panels_(models.coordinator, *this, keys_)
+    : model_(models.window),
+      toolbar_(models.toolbar, models.selector, models.window.appState(), models.windows.keys()),
+      panels_(models.coordinator, *this, models.windows)
 {
     set_default_size(1024, 768);
     set_size_request(800, 600);
     set_titlebar(toolbar_);
     set_child(*Glib::wrap(WebKitViewFactory::widget(models.browser)));
-    keys_.watch(*this);
+    models.windows.watch(*this);
     observations_.push_back(
         model_.appState().title.bind([this](const std::string&) { set_title(model_.windowTitle()); }));
     // A page that fills the screen has it to itself.

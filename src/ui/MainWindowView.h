@@ -1,9 +1,9 @@
 #pragma once
 
 #include "screens/MainWindowModel.h"
-#include "ui/KeyMonitor.h"
 #include "ui/PagePanelView.h"
 #include "ui/ToolbarView.h"
+#include "ui/WindowMonitor.h"
 
 #include <vector>
 
@@ -23,6 +23,7 @@ public:
         SiteSelectorModel& selector;
         WebViewCoordinator& coordinator;
         WebView& browser;
+        WindowMonitor& windows;
     };
 
     explicit MainWindowView(const Models& models);
@@ -30,7 +31,6 @@ public:
 
 private:
     MainWindowModel& model_;
-    KeyMonitor keys_;
     ToolbarView toolbar_;
     PagePanelView panels_;
     std::vector<Subscription> observations_;

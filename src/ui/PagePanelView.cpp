@@ -17,8 +17,8 @@ constexpr const char* cancelResponse = "cancel";
 
 } // namespace
 
-PagePanelView::PagePanelView(WebViewCoordinator& coordinator, Gtk::Window& mainWindow, KeyMonitor& keys)
-    : coordinator_(coordinator), mainWindow_(mainWindow), keys_(keys)
+PagePanelView::PagePanelView(WebViewCoordinator& coordinator, Gtk::Window& mainWindow, WindowMonitor& windows)
+    : coordinator_(coordinator), mainWindow_(mainWindow), windows_(windows)
 {
     panels_ = coordinator_.panel().bind([this](const std::shared_ptr<PagePanel>& panel) { show(panel); });
 }
@@ -56,7 +56,7 @@ void PagePanelView::open(const PagePanel& panel)
                          static_cast<PagePanelView*>(self)->answered(response);
                      }),
                      this);
-    keys_.watch(*Glib::wrap(GTK_WIDGET(dialog_)));
+    windows_.watch(*Glib::wrap(dialog_));
     gtk_window_present(dialog_);
 }
 

@@ -2,7 +2,7 @@
 
 #include "base/Subscription.h"
 #include "browser/WebViewCoordinator.h"
-#include "ui/KeyMonitor.h"
+#include "ui/WindowMonitor.h"
 
 #include <memory>
 
@@ -16,7 +16,7 @@ namespace corvane {
 class PagePanelView {
 public:
     /// Everything must outlive this object.
-    PagePanelView(WebViewCoordinator& coordinator, Gtk::Window& mainWindow, KeyMonitor& keys);
+    PagePanelView(WebViewCoordinator& coordinator, Gtk::Window& mainWindow, WindowMonitor& windows);
     ~PagePanelView();
     PagePanelView(const PagePanelView&) = delete;
     PagePanelView& operator=(const PagePanelView&) = delete;
@@ -32,7 +32,7 @@ private:
 
     WebViewCoordinator& coordinator_;
     Gtk::Window& mainWindow_;
-    KeyMonitor& keys_;
+    WindowMonitor& windows_;
     GtkWindow* dialog_ = nullptr;  // owned by the toolkit until it is destroyed
     Gtk::Entry* answer_ = nullptr; // of a prompt, part of the dialog
     Subscription panels_;

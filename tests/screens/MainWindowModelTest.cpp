@@ -2,11 +2,13 @@
 
 #include "analytics/AnalyticsManager.h"
 #include "notifications/PushDeviceManager.h"
+#include "screens/ActivationModel.h"
 #include "screens/KeyPress.h"
 #include "screens/ToolbarModel.h"
 #include "state/AppState.h"
 #include "support/FixedHostInfo.h"
 #include "support/ManualClock.h"
+#include "support/ManualMainQueue.h"
 #include "support/MemoryDefaultsStore.h"
 #include "support/ScriptedHttpClient.h"
 #include "support/TestEndpoints.h"
@@ -62,6 +64,43 @@ TEST(MainWindowModelTest, SwitchesURLModeOutsideFirstUseOnly)
     EXPECT_TRUE(*later.state->isURLMode);
     later.model->toggleURLMode();
     EXPECT_FALSE(*later.state->isURLMode);
+}
+
+TEST(MainWindowModelTest, HearsTheProgramsNotifications)
+{
+    NotificationCenter notifications;
+    {
+        World world(false, "");
+        world.model->observe(notifications);
+        notifications.post("Corvane.toggleURLMode");
+        notifications.post("Corvane.showAbout");
+        EXPECT_TRUE(*world.state->isURLMode);
+        EXPECT_TRUE(*world.state->showAbout);
+    }
+    notifications.post("Corvane.toggleURLMode"); // Nobody is left to hear it.
+}
+
+TEST(ActivationModelTest, CountsComingBackOnceAndDialogsNot)
+{
+    ManualMainQueue queue;
+    bool isActive = false;
+    int activations = 0;
+    ActivationModel model(
+        queue, [&] { return isActive; }, [&] { ++activations; });
+    const auto move = [&](bool activeAfterwards) {
+        model.focusMoved(); // one window loses the focus
+        isActive = activeAfterwards;
+        model.focusMoved(); // another may gain it
+        queue.runAll();
+    };
+    move(true);
+    EXPECT_EQ(activations, 1);
+    move(true); // a dialog opens
+    move(true); // and closes
+    EXPECT_EQ(activations, 1);
+    move(false);
+    move(true);
+    EXPECT_EQ(activations, 2);
 }
 
 TEST(MainWindowModelTest, ShowsTitlesThatCannotDeceive)

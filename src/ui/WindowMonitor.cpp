@@ -1,0 +1,18 @@
+#include "ui/WindowMonitor.h"
+
+#include <algorithm>
+
+namespace corvane {
+
+void WindowMonitor::watch(Gtk::Window& window)
+{
+    keys_.watch(window);
+    window.property_is_active().signal_changed().connect([this] { activation_.focusMoved(); });
+}
+
+bool WindowMonitor::isAnyWindowActive()
+{
+    return std::ranges::any_of(Gtk::Window::list_toplevels(), [](Gtk::Window* window) { return window->is_active(); });
+}
+
+} // namespace corvane

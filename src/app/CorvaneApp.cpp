@@ -12,7 +12,8 @@ namespace corvane {
 CorvaneApp::CorvaneApp(Endpoints endpoints, Places places, Renderer renderer)
     : info_(AppInfo::ofThisBuild()), endpoints_(std::move(endpoints)), places_(std::move(places)),
       defaults_(files_, places_.defaults), resources_(FolderResources::ofThisProgram()), http_(info_.shortVersion),
-      settingsManager_(files_, places_), siteListManager_(files_, resources_, places_),
+      settingsManager_(files_, places_),
+      siteListManager_(files_, resources_, places_, SiteListFetcher(http_, clock_, endpoints_)),
       analytics_(defaults_, host_, clock_, info_), pushDevices_(http_, defaults_, endpoints_, info_),
       appState_(defaults_, analytics_), allowedHosts_(endpoints_.notification),
       views_(places_, host_.localeIdentifier(), renderer),

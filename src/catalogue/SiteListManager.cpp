@@ -3,11 +3,13 @@
 #include "catalogue/SiteDocument.h"
 
 #include <tuple>
+#include <utility>
 
 namespace corvane {
 
-SiteListManager::SiteListManager(FileStore& files, const Resources& resources, const Places& places)
-    : files_(files), resources_(resources), file_(places.data / "sites" / "sites.json")
+SiteListManager::SiteListManager(FileStore& files, const Resources& resources, const Places& places,
+                                 SiteListFetcher fetcher)
+    : files_(files), resources_(resources), file_(places.data / "sites" / "sites.json"), fetcher_(std::move(fetcher))
 {
     loadSites();
 }
@@ -33,6 +35,36 @@ void SiteListManager::applyPendingSiteData(std::string_view data)
     std::ignore = files_.write(file_, data);
     hasPendingSiteUpdate_.set(false);
     loadSites();
+}
+
+Task<SiteListManager::CheckResult> SiteListManager::checkForUpdates(std::optional<std::string> sourceUrl)
+{
+    const auto hold = checking_.hold();
+    auto result = co_await fetchRemoteSites(std::move(sourceUrl));
+    co_return result;
+}
+
+Task<std::int64_t> SiteListManager::backgroundCheck(std::optional<std::string> sourceUrl)
+{
+    const auto result = co_await fetchRemoteSites(std::move(sourceUrl));
+    if (std::holds_alternative<NetworkError>(result))
+        co_return -1;
+    const bool isUpdate = std::holds_alternative<UpdateAvailable>(result);
+    hasPendingSiteUpdate_.set(isUpdate);
+    co_return isUpdate ? 1 : 0;
+}
+
+Task<SiteListManager::CheckResult> SiteListManager::fetchRemoteSites(std::optional<std::string> sourceUrl) const
+{
+    auto published = co_await fetcher_.fetchSites(std::move(sourceUrl));
+    if (!published)
+        co_return NetworkError{std::move(published.error().message)};
+    const bool isInUse = published->sites == *sites_;
+    auto whatsNewHTML = co_await fetcher_.fetchWhatsNewHTML(published->address, published->time);
+    auto archives = co_await fetcher_.fetchArchives(published->address, published->time);
+    if (isInUse)
+        co_return Current{std::move(whatsNewHTML), std::move(archives)};
+    co_return UpdateAvailable{std::move(published->document), std::move(whatsNewHTML), std::move(archives)};
 }
 
 } // namespace corvane

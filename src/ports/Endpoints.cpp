@@ -81,4 +81,24 @@ Url Endpoints::privacyPage() const
     return below(publishing, "Corvane/privacypolicy.html#usagedata");
 }
 
+Url Endpoints::defaultSitesURL() const
+{
+    return below(publishing, "Corvane/sites/sites.json");
+}
+
+Url Endpoints::defaultSitesWhatsNewURL() const
+{
+    return below(publishing, "Corvane/sites/whatsnew.html");
+}
+
+Url Endpoints::appWhatsNewBaseURL() const
+{
+    return below(publishing, "Corvane/mac_whatsnew/");
+}
+
+Url Endpoints::appDownloadPageURL() const
+{
+    return below(publishing, "Corvane/mac/");
+}
+
 } // namespace corvane

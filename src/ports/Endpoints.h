@@ -36,6 +36,12 @@ struct Endpoints {
 
     Url helpPage() const;
     Url privacyPage() const;
+
+    Url defaultSitesURL() const; // the published catalogue
+    Url defaultSitesWhatsNewURL() const;
+    Url appWhatsNewBaseURL() const; // the folder of the program's release notes and version file, ends in "/"
+    Url appDownloadPageURL() const;
+    const Url& storeLookupURL() const { return storeLookup; }
 };
 
 } // namespace corvane

@@ -1,7 +1,10 @@
 #include "catalogue/SiteListManager.h"
 
+#include "support/ManualClock.h"
 #include "support/MemoryFileStore.h"
 #include "support/MemoryResources.h"
+#include "support/ScriptedHttpClient.h"
+#include "support/TestEndpoints.h"
 
 #include <gtest/gtest.h>
 
@@ -22,6 +25,9 @@ protected:
         return manager.sites()->empty() ? "" : manager.sites()->front().service;
     }
 
+    testing::ScriptedHttpClient http;
+    testing::ManualClock clock;
+    const SiteListFetcher fetcher{http, clock, testing::endpointsAt()};
     testing::MemoryFileStore files;
     testing::MemoryResources resources;
     const Places places{.data = "/data"};
@@ -49,15 +55,16 @@ TEST_F(SiteListManagerTest, FallsBackFromTheLocalCopyToTheShippedListToNothing)
             files.files[local] = *localCopy;
         if (shipped)
             resources.files["sites.json"] = *shipped;
-        EXPECT_EQ(firstOf(SiteListManager(files, resources, places)), first) << localCopy.value_or("absent");
+        EXPECT_EQ(firstOf(SiteListManager(files, resources, places, fetcher)), first) << localCopy.value_or("absent");
     }
     EXPECT_EQ(files.writes, 0);
+    EXPECT_TRUE(http.requests().empty());
     EXPECT_TRUE(files.folders.empty());
 }
 
 TEST_F(SiteListManagerTest, AppliedUpdatesAreStoredByteForByteWithOneBackupGeneration)
 {
-    SiteListManager manager(files, resources, places);
+    SiteListManager manager(files, resources, places, fetcher);
     manager.hasPendingSiteUpdate().set(true);
     manager.applyPendingSiteData(document("first"));
     EXPECT_TRUE(files.folders.contains(local.parent_path()));
@@ -76,7 +83,7 @@ TEST_F(SiteListManagerTest, KeepsTheOldCatalogueWhenTheNewOneCannotBeWritten)
 {
     files.files = {{local, document("old")}, {backup, document("older")}};
     files.unwritable = {local, backup};
-    SiteListManager manager(files, resources, places);
+    SiteListManager manager(files, resources, places, fetcher);
     manager.hasPendingSiteUpdate().set(true);
     manager.applyPendingSiteData(document("new"));
     EXPECT_EQ(files.files, (std::map<std::filesystem::path, std::string>{{local, document("old")}}));

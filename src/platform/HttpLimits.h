@@ -11,8 +11,8 @@ namespace corvane {
 struct HttpLimits {
     std::chrono::seconds silence{60};
     std::chrono::milliseconds total{std::chrono::minutes(2)};
-    std::size_t jsonBody = std::size_t{4} << 20U; // bytes, decoded
-    std::size_t pageBody = std::size_t{8} << 20U; // bytes, decoded
+    std::size_t jsonBody = bytesOf(BodyLimit::json); // bytes, decoded
+    std::size_t pageBody = bytesOf(BodyLimit::page); // bytes, decoded
     int redirects = 20;
 
     std::size_t body(BodyLimit limit) const { return limit == BodyLimit::json ? jsonBody : pageBody; }

@@ -6,7 +6,7 @@ namespace corvane {
 
 AppInfo AppInfo::ofThisBuild()
 {
-    return {.shortVersion = build::version};
+    return {.shortVersion = build::version, .buildDateText = build::date};
 }
 
 } // namespace corvane

@@ -4,6 +4,7 @@
 #include "base/Error.h"
 #include "base/Url.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -14,10 +15,12 @@ namespace corvane {
 enum class HttpMethod : std::uint8_t { get, post };
 
 /// How large a decoded body may grow before the request counts as failed.
-enum class BodyLimit : std::uint8_t {
-    json, // 4 MiB
-    page, // 8 MiB
-};
+enum class BodyLimit : std::uint8_t { json, page };
+
+constexpr std::size_t bytesOf(BodyLimit limit)
+{
+    return std::size_t{limit == BodyLimit::json ? 4U : 8U} << 20U;
+}
 
 struct HttpRequest {
     Url url;

@@ -1,10 +1,8 @@
 #include "platform/PosixFileStore.h"
 
-#include "base/Uuid.h"
 #include "platform/FileDescriptor.h"
+#include "platform/TemporaryFile.h"
 
-#include <chrono>
-#include <cstdio>
 #include <system_error>
 #include <vector>
 
@@ -17,8 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view temporaryPrefix = ".corvane-";
-constexpr std::string_view temporarySuffix = ".tmp";
 constexpr auto cannotWrite = "Cannot write";
 
 /// How an attempt to replace a file by renaming ended.
@@ -60,22 +56,13 @@ void syncFolder(const fs::path& folder)
 
 Replacement replace(const fs::path& target, std::string_view bytes, mode_t mode)
 {
-    const auto temporary =
-        folderOf(target) / (std::string(temporaryPrefix) + randomUuid() + std::string(temporarySuffix));
-    {
-        FileDescriptor file(temporary, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
-        if (!file)
-            return isRefusal(errno) ? Replacement::folderRefuses : Replacement::failed;
-        if (::fchmod(file.number(), mode) == 0 && file.writeAll(bytes) && file.sync() &&
-            ::rename(temporary.c_str(), target.c_str()) == 0) {
-            syncFolder(folderOf(target));
-            return Replacement::done;
-        }
+    TemporaryFile temporary(folderOf(target), O_WRONLY);
+    if (temporary && temporary.setMode(mode) && temporary.file().writeAll(bytes) && temporary.file().sync() &&
+        temporary.becomes(target)) {
+        syncFolder(folderOf(target));
+        return Replacement::done;
     }
-    const int error = errno;
-    ::unlink(temporary.c_str());
-    errno = error;
-    return isRefusal(error) ? Replacement::folderRefuses : Replacement::failed;
+    return isRefusal(errno) ? Replacement::folderRefuses : Replacement::failed;
 }
 
 /// Not safe against a crash, but nothing is overwritten before there is room for all of it.
@@ -94,17 +81,6 @@ bool rewriteInPlace(const fs::path& target, std::string_view bytes, off_t oldSiz
         }
     }
     return file.writeAll(bytes) && ::ftruncate(file.number(), size) == 0 && file.sync();
-}
-
-bool isOldTemporary(const fs::path& file)
-{
-    const auto name = file.filename().string();
-    struct stat status{};
-    if (!name.starts_with(temporaryPrefix) || !name.ends_with(temporarySuffix) || ::lstat(file.c_str(), &status) != 0 ||
-        !S_ISREG(status.st_mode) || status.st_uid != ::geteuid())
-        return false;
-    const auto written = std::chrono::system_clock::from_time_t(status.st_mtime);
-    return std::chrono::system_clock::now() - written > std::chrono::minutes(1);
 }
 
 } // namespace
@@ -171,13 +147,8 @@ Result<void> PosixFileStore::remove(const fs::path& file)
 
 void PosixFileStore::sweep(const fs::path& folder)
 {
-    if (!swept_.insert(folder).second)
-        return;
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-        if (isOldTemporary(entry->path()))
-            ::unlink(entry->path().c_str());
-    }
+    if (swept_.insert(folder).second)
+        sweepTemporaryFiles(folder);
 }
 
 } // namespace corvane

@@ -212,6 +212,21 @@ std::string percentEncodedComponent(std::string_view text)
     return percentEncoded(text, "-._~");
 }
 
+std::string percentDecoded(std::string_view text)
+{
+    std::string decoded;
+    decoded.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto digits = text.substr(i + 1, 2);
+        unsigned char byte = 0;
+        const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
+        const bool isEncoded = text[i] == '%' && digits.size() == 2 && end == digits.data() + 2 && error == std::errc();
+        decoded += isEncoded ? static_cast<char>(byte) : text[i];
+        i += isEncoded ? 2 : 0;
+    }
+    return decoded;
+}
+
 std::string safeTitle(std::string_view title)
 {
     static constexpr std::size_t longest = 300;

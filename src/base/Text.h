@@ -37,6 +37,9 @@ std::string percentEncodedForQuery(std::string_view text);
 /// `text` with every byte outside RFC 3986's unreserved set written as %XX: safe as one query value or form value.
 std::string percentEncodedComponent(std::string_view text);
 
+/// `text` with every well-formed %XX turned into its byte, once.
+std::string percentDecoded(std::string_view text);
+
 /// A title from a page, fit for a title bar: at most 300 code points, no control characters and no characters that
 /// change the direction of the text.
 std::string safeTitle(std::string_view title);

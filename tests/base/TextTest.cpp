@@ -109,5 +109,21 @@ TEST(TextTest, MakesTitlesHarmless)
     EXPECT_EQ(safeTitle(euros).size(), 900U);
 }
 
+TEST(TextTest, DecodesWellFormedPercentEscapesOnce)
+{
+    const std::vector<std::pair<std::string_view, std::string_view>> cases{
+        {"a%20b%2Fc%2f", "a b/c/"},
+        {"%252F", "%2F"},
+        {"%C3%A4", "ä"},
+        {"%", "%"},
+        {"%4", "%4"},
+        {"%4g%g4%+1%-1% 1", "%4g%g4%+1%-1% 1"},
+        {"", ""},
+        {"%00", std::string_view("\0", 1)},
+    };
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(percentDecoded(text), expected) << text;
+}
+
 } // namespace
 } // namespace corvane

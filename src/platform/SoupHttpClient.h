@@ -20,6 +20,7 @@ public:
     ~SoupHttpClient() override;
 
     Task<Result<HttpResponse>> send(HttpRequest request) override;
+    Task<Result<int>> download(Url url, ByteSink* sink, DownloadObserver observer) override;
 
 private:
     HttpLimits limits_;

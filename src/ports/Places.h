@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 
 namespace corvane {
 
@@ -10,6 +11,10 @@ struct Places {
     std::filesystem::path cache;    // the web engine's cache
     std::filesystem::path defaults; // the file of the defaults store
 
+    /// The user's folder for downloads, where there is one.
+    std::optional<std::filesystem::path> downloads = std::nullopt;
+
+    std::filesystem::path updates() const { return data / "Updates"; }
     std::filesystem::path webData() const { return data / "web"; }
 };
 

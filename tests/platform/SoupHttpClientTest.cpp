@@ -1,5 +1,6 @@
 #include "platform/SoupHttpClient.h"
 
+#include "platform/GzipOfZeros.h"
 #include "platform/RawServer.h"
 #include "platform/SelfSignedCertificate.h"
 #include "support/MainContext.h"
@@ -16,6 +17,7 @@ namespace corvane {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::gzipOfZeros;
 using testing::iteratePending;
 using testing::iterateUntil;
 using testing::RawServer;
@@ -108,19 +110,6 @@ TEST_F(SoupHttpClientTest, FailsPastTheLimitOfTheBodyAndHangsUp)
     const auto before = server_.hangUps;
     EXPECT_EQ(failureOf(fetch(client, {.url = server_.url("/chunked?3000000")})), tooLarge);
     EXPECT_TRUE(iterateUntil([&] { return server_.hangUps > before; }));
-}
-
-std::string gzipOfZeros(std::size_t size)
-{
-    const auto compressor = adopt(g_zlib_compressor_new(G_ZLIB_COMPRESSOR_FORMAT_GZIP, 9));
-    const auto memory = adopt(g_memory_output_stream_new_resizable());
-    const auto stream = adopt(g_converter_output_stream_new(memory.get(), G_CONVERTER(compressor.get())));
-    const std::string zeros(1U << 20U, '\0');
-    for (std::size_t written = 0; written < size; written += zeros.size())
-        g_output_stream_write_all(stream.get(), zeros.data(), zeros.size(), nullptr, nullptr, nullptr);
-    g_output_stream_close(stream.get(), nullptr, nullptr);
-    const auto bytes = adopt(g_memory_output_stream_steal_as_bytes(G_MEMORY_OUTPUT_STREAM(memory.get())));
-    return {static_cast<const char*>(g_bytes_get_data(bytes.get(), nullptr)), g_bytes_get_size(bytes.get())};
 }
 
 TEST_F(SoupHttpClientTest, DecodesGzipButNotABomb)

@@ -25,12 +25,19 @@ public:
     }
     Result<void> makeFolder(const std::filesystem::path& folder) override
     {
+        if (failsToMakeFolders)
+            return std::unexpected(Error{"Not a directory"});
         folders.insert(folder);
         return {};
     }
-    bool exists(const std::filesystem::path& file) const override { return files.contains(file); }
+    bool exists(const std::filesystem::path& file) const override
+    {
+        return files.contains(file) || unremovable.contains(file);
+    }
     Result<void> remove(const std::filesystem::path& file) override
     {
+        if (unremovable.contains(file))
+            return std::unexpected(Error{"Is a directory"});
         if (files.erase(file) == 0)
             return std::unexpected(Error{"No such file"});
         return {};
@@ -39,7 +46,9 @@ public:
     std::map<std::filesystem::path, std::string> files;
     std::set<std::filesystem::path> folders;
     std::set<std::filesystem::path> unwritable;
+    std::set<std::filesystem::path> unremovable; // exist and stay
     bool failsToWrite = false;
+    bool failsToMakeFolders = false;
     int writes = 0;
 };
 

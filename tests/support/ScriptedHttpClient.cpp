@@ -44,6 +44,27 @@ Task<ScriptedHttpClient::Answer> ScriptedHttpClient::send(HttpRequest request)
     co_return answer;
 }
 
+Task<Result<int>> ScriptedHttpClient::download(Url url, ByteSink* sink, DownloadObserver observer)
+{
+    HttpRequest request{.url = std::move(url)};
+    const auto answer = co_await send(std::move(request));
+    if (!answer)
+        co_return std::unexpected(answer.error());
+    const std::string_view body = answer->body;
+    DownloadProgress progress{.total = body.size()};
+    for (const auto piece : {body.substr(0, body.size() / 2), body.substr(body.size() / 2)}) {
+        if (!answer->isSuccess() || piece.empty())
+            continue;
+        auto taken = sink->write(piece);
+        if (!taken)
+            co_return std::unexpected(taken.error());
+        progress.received += piece.size();
+        if (observer)
+            observer(progress);
+    }
+    co_return answer->status;
+}
+
 bool ScriptedHttpClient::answer(std::size_t index, Answer answer)
 {
     const auto found = std::ranges::find(waiting_, index, &UntilAnswered::index);

@@ -18,6 +18,9 @@ public:
 
     Task<Answer> send(HttpRequest request) override;
 
+    /// A download waits like any other request. The body of a successful answer goes to its sink in two pieces.
+    Task<Result<int>> download(Url url, ByteSink* sink, DownloadObserver observer) override;
+
     /// Answers every later request at once.
     std::function<Answer(const HttpRequest&)> respond;
 

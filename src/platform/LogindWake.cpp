@@ -43,7 +43,7 @@ LogindWake::~LogindWake()
 
 Subscription LogindWake::observeWake(std::function<void()> woke)
 {
-    auto connection = woke_.connect(std::move(woke));
+    auto connection = woke_.connect([call = std::move(woke)] { call(); });
     return Subscription([connection]() mutable { connection.disconnect(); });
 }
 

@@ -12,7 +12,6 @@ namespace corvane {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::keepResult;
 using testing::resultOf;
 using Contents = std::map<fs::path, std::string>;
 

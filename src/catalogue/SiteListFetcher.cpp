@@ -27,9 +27,7 @@ std::optional<std::string> redirectAddress(std::string_view bytes)
 } // namespace
 
 SiteListFetcher::SiteListFetcher(HttpClient& http, const Clock& clock, const Endpoints& endpoints)
-    : publishing_(http),
-      clock_(clock),
-      defaultSitesURL_(endpoints.defaultSitesURL().text()),
+    : publishing_(http), clock_(clock), defaultSitesURL_(endpoints.defaultSitesURL().text()),
       defaultSitesWhatsNewURL_(endpoints.defaultSitesWhatsNewURL().text())
 {
 }

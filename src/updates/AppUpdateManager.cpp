@@ -16,11 +16,8 @@ AppUpdateManager::NetworkError noReleaseNotes()
 } // namespace
 
 AppUpdateManager::AppUpdateManager(HttpClient& http, const Clock& clock, const Endpoints& endpoints, AppInfo app)
-    : clock_(clock),
-      sources_(http, endpoints),
-      appWhatsNewBaseURL_(endpoints.appWhatsNewBaseURL().text()),
-      appDownloadPageURL_(endpoints.appDownloadPageURL()),
-      app_(std::move(app))
+    : clock_(clock), sources_(http, endpoints), appWhatsNewBaseURL_(endpoints.appWhatsNewBaseURL().text()),
+      appDownloadPageURL_(endpoints.appDownloadPageURL()), app_(std::move(app))
 {
 }
 

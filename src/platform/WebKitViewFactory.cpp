@@ -1,12 +1,16 @@
 #include "platform/WebKitViewFactory.h"
 
+#include "platform/PosixFileStore.h"
+#include "platform/WebKitDocumentView.h"
+#include "platform/WebKitHiddenPageView.h"
 #include "platform/WebKitMainView.h"
 
 #include <algorithm>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
-#include <glib/gstdio.h>
 #include <webkit/webkit.h>
 
 namespace corvane {
@@ -15,8 +19,7 @@ namespace {
 /// The engine creates its folders for everybody to read: make them first, for this user only.
 void makePrivateFolder(const std::filesystem::path& folder)
 {
-    g_mkdir_with_parents(folder.c_str(), 0700);
-    g_chmod(folder.c_str(), 0700);
+    std::ignore = PosixFileStore().makeFolder(folder);
 }
 
 void setLanguages(WebKitWebContext* context, const std::string& locale)
@@ -41,12 +44,10 @@ GObjectPtr<WebKitNetworkSession> persistentSession(const Places& places)
 
 } // namespace
 
-WebKitViewFactory::WebKitViewFactory(const Places& places, const std::string& locale, Renderer renderer)
-    : renderer_(renderer), mainContext_(adopt(webkit_web_context_new())), mainSession_(persistentSession(places))
+WebKitViewFactory::WebKitViewFactory(const Places& places, std::string locale, Renderer renderer)
+    : locale_(std::move(locale)), renderer_(renderer), mainContext_(makeContext()),
+      mainSession_(persistentSession(places)), mainDownloads_(cancelDownloads(mainSession_.get()))
 {
-    setLanguages(mainContext_.get(), locale);
-    downloadStarted_ = SignalConnection::to<&WebKitViewFactory::downloadStarted>(mainSession_.get(), "download-started",
-                                                                                 this);
 }
 
 WebKitViewFactory::~WebKitViewFactory() = default;
@@ -56,9 +57,41 @@ std::unique_ptr<WebView> WebKitViewFactory::makeMainView(const MainViewConfigura
     return std::make_unique<WebKitMainView>(mainContext_.get(), mainSession_.get(), configuration, renderer_);
 }
 
+std::unique_ptr<DocumentView> WebKitViewFactory::makeDocumentView()
+{
+    if (!documentContext_) {
+        documentContext_ = makeContext();
+        documentSession_ = adopt(webkit_network_session_new_ephemeral());
+        documentDownloads_ = cancelDownloads(documentSession_.get());
+    }
+    return std::make_unique<WebKitDocumentView>(documentContext_.get(), documentSession_.get(), renderer_);
+}
+
+std::unique_ptr<HiddenPageView> WebKitViewFactory::makeHiddenPageView(HiddenPageConfiguration configuration)
+{
+    return std::make_unique<WebKitHiddenPageView>(makeContext(), std::move(configuration));
+}
+
 GtkWidget* WebKitViewFactory::widget(const WebView& view)
 {
     return static_cast<const WebKitMainView&>(view).widget();
+}
+
+GtkWidget* WebKitViewFactory::widget(const DocumentView& view)
+{
+    return static_cast<const WebKitDocumentView&>(view).widget();
+}
+
+GObjectPtr<WebKitWebContext> WebKitViewFactory::makeContext() const
+{
+    auto context = adopt(webkit_web_context_new());
+    setLanguages(context.get(), locale_);
+    return context;
+}
+
+SignalConnection WebKitViewFactory::cancelDownloads(WebKitNetworkSession* session)
+{
+    return SignalConnection::to<&WebKitViewFactory::downloadStarted>(session, "download-started", this);
 }
 
 /// A page must not put files on the disk unasked.

@@ -1,25 +1,35 @@
 #include "app/CorvaneApp.h"
 
+#include "base/RandomBits.h"
 #include "ui/StyleSheet.h"
 
+#include <chrono>
 #include <utility>
 
 #include <adwaita.h>
 #include <gtkmm/init.h>
 
 namespace corvane {
+namespace {
+
+/// A first page that takes longer than this keeps nobody waiting.
+constexpr std::chrono::seconds longestFirstPage{5};
+
+} // namespace
 
 CorvaneApp::CorvaneApp(Endpoints endpoints, Places places, Renderer renderer)
     : info_(AppInfo::ofThisBuild()), endpoints_(std::move(endpoints)), places_(std::move(places)),
       defaults_(files_, places_.defaults), resources_(FolderResources::ofThisProgram()), http_(info_.shortVersion),
-      settingsManager_(files_, places_),
-      siteListManager_(files_, resources_, places_, SiteListFetcher(http_, clock_, endpoints_)),
+      settingsManager_(std::make_shared<SettingsManager>(files_, places_)),
+      siteListManager_(
+          std::make_shared<SiteListManager>(files_, resources_, places_, SiteListFetcher(http_, clock_, endpoints_))),
+      appUpdateManager_(std::make_shared<AppUpdateManager>(http_, clock_, endpoints_, info_)),
       analytics_(defaults_, host_, clock_, info_), pushDevices_(http_, defaults_, endpoints_, info_),
-      appState_(defaults_, analytics_), allowedHosts_(endpoints_.notification),
-      views_(places_, host_.localeIdentifier(), renderer),
+      refresh_(pushDevices_, clock_, queue_, wake_, systemRandomBits), appState_(defaults_, analytics_),
+      allowedHosts_(endpoints_.notification), views_(places_, host_.localeIdentifier(), renderer),
       coordinator_(appState_, pushDevices_, analytics_, allowedHosts_, queue_, clock_),
       browser_({.appState = appState_,
-                .settings = settingsManager_.settings(),
+                .settings = settingsManager_->settings(),
                 .pushDevices = pushDevices_,
                 .allowedHosts = allowedHosts_,
                 .endpoints = endpoints_,
@@ -30,9 +40,9 @@ CorvaneApp::CorvaneApp(Endpoints endpoints, Places places, Renderer renderer)
                coordinator_),
       windowModel_(appState_, pushDevices_, defaults_, analytics_),
       toolbarModel_(appState_, pushDevices_, endpoints_, analytics_),
-      selectorModel_(appState_, siteListManager_.sites(), defaults_, analytics_),
+      selectorModel_(appState_, siteListManager_->sites(), defaults_, analytics_),
       keys_([this] { notifications_.post(toggleURLModeNotification); }),
-      activation_(queue_, WindowMonitor::isAnyWindowActive, [] {}), windows_(keys_, activation_)
+      activation_(queue_, WindowMonitor::isAnyWindowActive, [this] { activated(); }), windows_(keys_, activation_)
 {
     windowModel_.observe(notifications_);
 }
@@ -41,7 +51,7 @@ CorvaneApp::~CorvaneApp() = default;
 
 void CorvaneApp::startFirstLoad()
 {
-    browser_.makeView(windowModel_.initialURL(*siteListManager_.sites()));
+    browser_.makeView(windowModel_.initialURL(*siteListManager_->sites()));
 }
 
 MainWindowView& CorvaneApp::window()
@@ -71,23 +81,49 @@ void CorvaneApp::startToolkit()
 
 void CorvaneApp::launch()
 {
-    const auto& settings = *settingsManager_.settings();
+    const auto& settings = *settingsManager_->settings();
     applyAppearance(settings.AppTheme);
     analytics_.adoptEnabled(settings.AnalyticsEnabled == "On");
     analytics_.trackAppStart();
 
-    settingsChanges_ = settingsManager_.settings().observe([this, previous = settings](const AppSettings& now) mutable {
-        const auto before = std::exchange(previous, now);
-        if (now.AppTheme != before.AppTheme)
-            applyAppearance(now.AppTheme);
-        if (now.AnalyticsEnabled != before.AnalyticsEnabled)
-            analytics_.setEnabled(now.AnalyticsEnabled == "On");
+    settingsChanges_ =
+        settingsManager_->settings().observe([this, previous = settings](const AppSettings& now) mutable {
+            const auto before = std::exchange(previous, now);
+            if (now.AppTheme != before.AppTheme)
+                applyAppearance(now.AppTheme);
+            if (now.AnalyticsEnabled != before.AnalyticsEnabled)
+                analytics_.setEnabled(now.AnalyticsEnabled == "On");
+        });
+    refreshAfterFirstPage();
+}
+
+/// The checks use the network, so they wait until the first page has had it to itself.
+void CorvaneApp::refreshAfterFirstPage()
+{
+    firstPage_ = appState_.isLoading.observe([this](bool isLoading) {
+        if (!isLoading)
+            startRefreshing();
     });
+    firstPageLimit_ = clock_.after(longestFirstPage, [this] { startRefreshing(); });
+}
+
+void CorvaneApp::startRefreshing()
+{
+    firstPage_.end();
+    firstPageLimit_.end();
+    isRefreshing_ = true;
+    refresh_.start(siteListManager_, appUpdateManager_, settingsManager_);
+}
+
+void CorvaneApp::activated()
+{
+    if (isRefreshing_)
+        refresh_.forceKick();
 }
 
 void CorvaneApp::sweepFolders()
 {
-    for (const auto& file : {settingsManager_.settingsFileURL(), siteListManager_.sitesFileURL(), places_.defaults})
+    for (const auto& file : {settingsManager_->settingsFileURL(), siteListManager_->sitesFileURL(), places_.defaults})
         files_.sweep(file.parent_path());
 }
 

@@ -11,6 +11,7 @@
 #include "platform/GlibHostInfo.h"
 #include "platform/GlibMainQueue.h"
 #include "platform/JsonDefaultsStore.h"
+#include "platform/LogindWake.h"
 #include "platform/PosixFileStore.h"
 #include "platform/RendererChoice.h"
 #include "platform/SoupHttpClient.h"
@@ -19,6 +20,7 @@
 #include "ports/AppInfo.h"
 #include "ports/Endpoints.h"
 #include "ports/Places.h"
+#include "refresh/StatusRefreshCoordinator.h"
 #include "screens/ActivationModel.h"
 #include "screens/MainWindowModel.h"
 #include "screens/SiteSelectorModel.h"
@@ -28,6 +30,7 @@
 #include "state/AppState.h"
 #include "ui/MainWindowView.h"
 #include "ui/WindowMonitor.h"
+#include "updates/AppUpdateManager.h"
 
 #include <memory>
 
@@ -48,6 +51,9 @@ public:
 
     AppState& state() { return appState_; }
     SiteSelectorModel& selector() { return selectorModel_; }
+    SiteListManager& siteList() { return *siteListManager_; }
+    AppUpdateManager& appUpdates() { return *appUpdateManager_; }
+    PushDeviceManager& pushDevices() { return pushDevices_; }
 
     /// The program's own actions, by key or by menu.
     void showAbout() { notifications_.post(showAboutNotification); }
@@ -59,6 +65,9 @@ public:
 private:
     static void startToolkit();
     void launch();
+    void refreshAfterFirstPage();
+    void startRefreshing();
+    void activated();
     void sweepFolders();
     static void applyAppearance(const std::string& appTheme);
 
@@ -73,10 +82,15 @@ private:
     GlibMainQueue queue_;
     SoupHttpClient http_;
 
-    SettingsManager settingsManager_;
-    SiteListManager siteListManager_;
+    LogindWake wake_;
+
+    // The schedule holds these three weakly.
+    std::shared_ptr<SettingsManager> settingsManager_;
+    std::shared_ptr<SiteListManager> siteListManager_;
+    std::shared_ptr<AppUpdateManager> appUpdateManager_;
     AnalyticsManager analytics_;
     PushDeviceManager pushDevices_;
+    StatusRefreshCoordinator refresh_;
     AppState appState_;
 
     AllowedHosts allowedHosts_;
@@ -93,6 +107,9 @@ private:
     ActivationModel activation_;
     WindowMonitor windows_;
 
+    bool isRefreshing_ = false;
+    Subscription firstPage_;
+    Subscription firstPageLimit_;
     Subscription settingsChanges_;
     Subscription sweeping_;
     std::unique_ptr<MainWindowView> window_; // last: it shows everything above

@@ -6,8 +6,7 @@
 namespace corvane {
 
 MainWindowView::MainWindowView(const Models& models)
-    : model_(models.window),
-      toolbar_(models.toolbar, models.selector, models.window.appState(), models.windows.keys()),
+    : model_(models.window), toolbar_(models.toolbar, models.selector, models.window.appState(), models.windows.keys()),
       panels_(models.coordinator, *this, models.windows)
 {
     set_default_size(1024, 768);

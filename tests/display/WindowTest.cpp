@@ -100,6 +100,21 @@ TEST_F(WindowTest, FollowsTheHistoryWithItsButtons)
     ASSERT_TRUE(titleBecomes("Register"));
 }
 
+TEST_F(WindowTest, FindsUpdatesByItselfOnceTheFirstPageIsThere)
+{
+    server.pages["/Corvane/sites/sites.json"] = {
+        .body = R"([{"service":"New","url":"https://n.example/","description":""}])"};
+    server.pages["/Corvane/mac_whatsnew/whatsnew.html"] = {.body = "<p>{{VERSION}}</p>"};
+    server.pages["/Corvane/mac_whatsnew/version.json"] = {.body = R"({"version":"999.1"})"};
+    server.pages["/api/notifications/pending"] = {.body = R"({"notifications":[{"recipientId":7,"title":"Hello"}]})"};
+    start();
+    ASSERT_TRUE(iterateUntil(
+        [&] { return *app->siteList().hasPendingSiteUpdate() && *app->appUpdates().hasPendingAppUpdate(); }));
+    EXPECT_EQ(app->pushDevices().pending()->size(), 1U);
+    EXPECT_EQ(server.requests.front().path.substr(0, 18), "/registration.html");
+    EXPECT_EQ(app->siteList().sites()->front().service, "Chat"); // Found, not applied.
+}
+
 TEST_F(WindowTest, TakesTypedAddressesInURLMode)
 {
     PosixFileStore files;

@@ -85,8 +85,7 @@ TEST(ActivationModelTest, CountsComingBackOnceAndDialogsNot)
     ManualMainQueue queue;
     bool isActive = false;
     int activations = 0;
-    ActivationModel model(
-        queue, [&] { return isActive; }, [&] { ++activations; });
+    ActivationModel model(queue, [&] { return isActive; }, [&] { ++activations; });
     const auto move = [&](bool activeAfterwards) {
         model.focusMoved(); // one window loses the focus
         isActive = activeAfterwards;

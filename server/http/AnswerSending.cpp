@@ -6,19 +6,21 @@
 namespace corvane::server {
 namespace {
 
-/// One file on its way into one message; ends with the message.
-class FileSending {
+/// One body on its way into one message; ends with the message.
+class ContentSending {
 public:
-    explicit FileSending(std::shared_ptr<OpenFile> file) : file_(std::move(file)) {}
+    explicit ContentSending(std::shared_ptr<const ByteSource> content) : content_(std::move(content)) {}
 
-    static void start(std::shared_ptr<OpenFile> file, SoupServerMessage* message)
+    static void start(std::shared_ptr<const ByteSource> content, SoupServerMessage* message)
     {
-        auto sending = std::make_unique<FileSending>(std::move(file));
+        auto sending = std::make_unique<ContentSending>(std::move(content));
         sending->appendNext(message);
         g_signal_connect_data(
-            message, "wrote-chunk",
-            G_CALLBACK(+[](SoupServerMessage* sent, void* self) { static_cast<FileSending*>(self)->appendNext(sent); }),
-            sending.release(), [](void* self, GClosure*) { delete static_cast<FileSending*>(self); }, GConnectFlags(0));
+            message, "wrote-chunk", G_CALLBACK(+[](SoupServerMessage* sent, void* self) {
+                static_cast<ContentSending*>(self)->appendNext(sent);
+            }),
+            sending.release(), [](void* self, GClosure*) { delete static_cast<ContentSending*>(self); },
+            GConnectFlags(0));
     }
 
 private:
@@ -26,11 +28,11 @@ private:
 
     void appendNext(SoupServerMessage* message)
     {
-        if (sent_ >= file_->size())
+        if (sent_ >= content_->size())
             return;
-        const auto piece = file_->read(sent_, pieceSize);
+        const auto piece = content_->read(sent_, pieceSize);
         if (piece.empty()) {
-            // The file has become shorter than announced: the client must see a broken answer, not a complete one.
+            // A file has become shorter than announced: the client must see a broken answer, not a complete one.
             g_socket_shutdown(soup_server_message_get_socket(message), TRUE, TRUE, nullptr);
             return;
         }
@@ -39,7 +41,7 @@ private:
                                  piece.size());
     }
 
-    std::shared_ptr<OpenFile> file_;
+    std::shared_ptr<const ByteSource> content_;
     std::uint64_t sent_ = 0;
 };
 
@@ -52,14 +54,14 @@ void attachBody(const HttpAnswer& answer, SoupServerMessage* message)
         soup_message_headers_set_encoding(headers, SOUP_ENCODING_NONE);
         return;
     }
-    if (!answer.file) {
+    if (!answer.content) {
         soup_message_body_append(body, SOUP_MEMORY_COPY, answer.body.data(), answer.body.size());
         return;
     }
-    soup_message_headers_set_content_length(headers, static_cast<goffset>(answer.file->size()));
+    soup_message_headers_set_content_length(headers, static_cast<goffset>(answer.content->size()));
     soup_message_body_set_accumulate(body, FALSE);
-    if (soup_server_message_get_method(message) != SOUP_METHOD_HEAD && answer.file->size() > 0)
-        FileSending::start(answer.file, message);
+    if (soup_server_message_get_method(message) != SOUP_METHOD_HEAD && answer.content->size() > 0)
+        ContentSending::start(answer.content, message);
 }
 
 } // namespace

@@ -6,7 +6,7 @@
 
 namespace corvane::server {
 
-/// Puts the answer into the message, with the headers that every answer of this server carries. A file follows piece
+/// Puts the answer into the message, with the headers that every answer of this server carries. Content follows piece
 /// by piece as the client takes it.
 void send(const HttpAnswer& answer, SoupServerMessage* message);
 

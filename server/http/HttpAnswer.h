@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Json.h"
-#include "publishing/OpenFile.h"
+#include "publishing/ByteSource.h"
 
 #include <memory>
 #include <string>
@@ -11,13 +11,13 @@
 
 namespace corvane::server {
 
-/// What goes back for a request: a status, headers, and a body in memory or in a file that is sent piece by piece.
+/// What goes back for a request: a status, headers, and a body in memory or one that is read and sent piece by piece.
 /// For HEAD the answer is made as for GET and sent without its body.
 struct HttpAnswer {
     unsigned status = 200;
     std::vector<std::pair<std::string, std::string>> headers;
     std::string body;
-    std::shared_ptr<OpenFile> file; // takes the place of `body` when set
+    std::shared_ptr<const ByteSource> content; // takes the place of `body` when set
 
     static HttpAnswer json(unsigned status, const Json& document);
 

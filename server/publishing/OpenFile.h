@@ -1,13 +1,13 @@
 #pragma once
 
+#include "publishing/ByteSource.h"
+
 #include <chrono>
-#include <cstdint>
-#include <string>
 
 namespace corvane::server {
 
 /// A regular file that is open for reading, with what was known of it when it was opened.
-class OpenFile {
+class OpenFile final : public ByteSource {
 public:
     using TimePoint = std::chrono::sys_time<std::chrono::nanoseconds>;
 
@@ -18,13 +18,11 @@ public:
     }
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
-    ~OpenFile();
+    ~OpenFile() override;
 
-    std::uint64_t size() const { return size_; }
+    std::uint64_t size() const override { return size_; }
+    std::string read(std::uint64_t offset, std::size_t count) const override;
     TimePoint changedAt() const { return changedAt_; }
-
-    /// At most `count` bytes from `offset` on; empty at the end and on failure.
-    std::string read(std::uint64_t offset, std::size_t count) const;
 
 private:
     int descriptor_;

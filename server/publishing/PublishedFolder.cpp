@@ -2,7 +2,10 @@
 
 #include "http/PercentDecoding.h"
 #include "publishing/ContentType.h"
+#include "publishing/FileDescriptor.h"
 #include "publishing/Freshness.h"
+#include "publishing/GeneratedImage.h"
+#include "publishing/NotesText.h"
 
 #include <utility>
 #include <vector>
@@ -16,29 +19,7 @@ namespace {
 
 /// JSON and HTML files up to this size have their addresses adapted; longer ones are sent as they are.
 constexpr std::uint64_t largestAdapted = std::uint64_t{4} * 1024 * 1024;
-
-class Descriptor {
-public:
-    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor()
-    {
-        if (descriptor_ >= 0)
-            close(descriptor_);
-    }
-    void reset(int descriptor)
-    {
-        if (descriptor_ >= 0)
-            close(descriptor_);
-        descriptor_ = descriptor;
-    }
-    int get() const { return descriptor_; }
-    int release() { return std::exchange(descriptor_, -1); }
-
-private:
-    int descriptor_;
-};
+constexpr std::size_t longestNote = 4096;
 
 /// The names of a path, the last one empty when it ends in "/". Nothing when one of them is not to be followed.
 std::optional<std::vector<std::string>> namesOf(std::string_view path)
@@ -60,13 +41,6 @@ std::optional<std::vector<std::string>> namesOf(std::string_view path)
     }
 }
 
-std::string replacedAll(std::string text, std::string_view from, std::string_view to)
-{
-    for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
-        text.replace(at, from.size(), to);
-    return text;
-}
-
 bool isAdapted(std::string_view contentType)
 {
     return contentType == "application/json" || contentType.starts_with("text/html");
@@ -76,6 +50,13 @@ OpenFile::TimePoint changeTime(const struct stat& status)
 {
     return OpenFile::TimePoint(std::chrono::seconds(status.st_mtim.tv_sec) +
                                std::chrono::nanoseconds(status.st_mtim.tv_nsec));
+}
+
+HttpAnswer answerImage(std::shared_ptr<const ByteSource> image)
+{
+    auto answer = HttpAnswer::text(contentTypeOf(".dmg"), {});
+    answer.content = std::move(image);
+    return std::move(answer).with("Cache-Control", "no-cache");
 }
 
 HttpAnswer notFound()
@@ -96,12 +77,23 @@ HttpAnswer movedToFolder(const HttpRequest& request)
 HttpAnswer PublishedFolder::answer(const HttpRequest& request) const
 {
     const auto found = find(request.path);
-    if (!found)
+    const auto image = found ? nullptr : generatedImage(request.path);
+    if (!found && !image)
         return notFound();
     if (!request.isReading())
         return HttpAnswer::error(405, "method_not_allowed", "A published file can only be read.")
             .with("Allow", "GET, HEAD");
+    if (image)
+        return answerImage(image);
     return found->file ? answerFile(request, *found) : movedToFolder(request);
+}
+
+std::optional<std::string> PublishedFolder::text(std::string_view path, std::size_t longest) const
+{
+    const auto found = find(path);
+    if (!found || !found->file || found->file->size() > longest)
+        return std::nullopt;
+    return found->file->read(0, longest);
 }
 
 std::optional<PublishedFolder::Found> PublishedFolder::find(std::string_view path) const
@@ -113,7 +105,7 @@ std::optional<PublishedFolder::Found> PublishedFolder::find(std::string_view pat
     if (endsInSlash)
         names->back() = "index.html";
 
-    Descriptor current(open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    FileDescriptor current(open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (current.get() < 0)
         return std::nullopt;
     for (const auto& name : *names) {
@@ -135,6 +127,16 @@ std::optional<PublishedFolder::Found> PublishedFolder::find(std::string_view pat
     return Found{std::make_shared<OpenFile>(current.release(), size, changeTime(status)), names->back()};
 }
 
+std::shared_ptr<const ByteSource> PublishedFolder::generatedImage(std::string_view path) const
+{
+    const auto note = find(std::string(path).append(GeneratedImage::noteSuffix));
+    if (!note || !note->file)
+        return nullptr;
+    const auto name = std::string_view(note->name).substr(0, note->name.size() - GeneratedImage::noteSuffix.size());
+    const auto image = GeneratedImage::fromNote(name, note->file->read(0, longestNote));
+    return image ? std::make_shared<GeneratedImage>(*image) : nullptr;
+}
+
 HttpAnswer PublishedFolder::answerFile(const HttpRequest& request, const Found& found) const
 {
     const auto contentType = contentTypeOf(found.name);
@@ -147,7 +149,7 @@ HttpAnswer PublishedFolder::answerFile(const HttpRequest& request, const Found& 
         if (isAdapted(contentType) && found.file->size() <= largestAdapted)
             answer.body = replacedAll(found.file->read(0, largestAdapted), sampleBase, base_);
         else
-            answer.file = found.file;
+            answer.content = found.file;
     }
     return std::move(answer)
         .with("ETag", tag)

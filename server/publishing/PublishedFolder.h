@@ -2,6 +2,7 @@
 
 #include "http/HttpAnswer.h"
 #include "http/HttpRequest.h"
+#include "publishing/ByteSource.h"
 #include "publishing/OpenFile.h"
 
 #include <filesystem>
@@ -24,8 +25,11 @@ public:
     /// The base under which clients see this server, ending in "/".
     void setBase(std::string base) { base_ = std::move(base); }
 
-    /// Answers a request for a file, or for a folder that holds an index.html.
+    /// Answers a request for a file, a generated image, or a folder that holds an index.html.
     HttpAnswer answer(const HttpRequest& request) const;
+
+    /// The content of a published file of at most `longest` bytes, not adapted. `path` begins with "/".
+    std::optional<std::string> text(std::string_view path, std::size_t longest) const;
 
 private:
     struct Found {
@@ -34,6 +38,7 @@ private:
     };
 
     std::optional<Found> find(std::string_view path) const;
+    std::shared_ptr<const ByteSource> generatedImage(std::string_view path) const;
     HttpAnswer answerFile(const HttpRequest& request, const Found& found) const;
 
     std::filesystem::path folder_;

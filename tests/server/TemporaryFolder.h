@@ -2,6 +2,8 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <map>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -30,6 +32,18 @@ public:
     {
         std::filesystem::create_directories((path_ / name).parent_path());
         std::ofstream(path_ / name, std::ios::binary) << text;
+    }
+
+    /// Every file with its content and every folder with none, by its path inside.
+    std::map<std::string, std::string> snapshot() const
+    {
+        std::map<std::string, std::string> all;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(path_)) {
+            std::ifstream file(entry.path(), std::ios::binary);
+            all[entry.path().lexically_relative(path_).string()] =
+                entry.is_directory() ? "" : std::string(std::istreambuf_iterator<char>(file), {});
+        }
+        return all;
     }
 
 private:

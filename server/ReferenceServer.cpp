@@ -8,12 +8,13 @@ namespace corvane::server {
 
 ReferenceServer::ReferenceServer(Database database, std::filesystem::path publishFolder, Now now)
     : database_(std::move(database)), devices_(database_, now), notifications_(database_, now),
-      profiles_(database_, now), published_(std::move(publishFolder)),
+      profiles_(database_, now), published_(std::move(publishFolder)), store_(published_),
       http_([this](const HttpRequest& request) { return router_.answer(request); })
 {
     devices_.addTo(router_);
     notifications_.addTo(router_);
     profiles_.addTo(router_);
+    store_.addTo(router_);
     RegistrationPage::addTo(router_);
     router_.setFallback([this](const HttpRequest& request) { return published_.answer(request); });
 }

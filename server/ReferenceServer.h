@@ -4,6 +4,7 @@
 #include "api/NotificationApi.h"
 #include "api/Now.h"
 #include "api/ProfileApi.h"
+#include "api/StoreApi.h"
 #include "base/Error.h"
 #include "base/Url.h"
 #include "data/Database.h"
@@ -32,6 +33,7 @@ private:
     NotificationApi notifications_;
     ProfileApi profiles_;
     PublishedFolder published_;
+    StoreApi store_;
     Router router_;
     HttpServer http_; // last: its connections end before what answers them
 };

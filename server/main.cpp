@@ -1,8 +1,12 @@
+#include "commands/CatalogueCommand.h"
 #include "commands/CommandLine.h"
 #include "commands/Folders.h"
 #include "commands/NotifyCommand.h"
 #include "commands/ProfilesCommand.h"
+#include "commands/PublishFolderCommand.h"
+#include "commands/ReleaseCommand.h"
 #include "commands/ServeCommand.h"
+#include "commands/StoreVersionCommand.h"
 #include "data/DatabaseError.h"
 
 #include <csignal>
@@ -40,6 +44,21 @@ Result<void> runOnDatabase(const CommandLine& line)
     }
 }
 
+/// Runs one of the commands that change a folder of documents.
+Result<std::string> runOnDocuments(const CommandLine& line)
+{
+    switch (line.command) {
+    case CommandLine::Command::release:
+        return release(line, systemNow);
+    case CommandLine::Command::catalogue:
+        return publishCatalogue(line, systemNow);
+    case CommandLine::Command::storeVersion:
+        return setStoreVersion(line);
+    default:
+        return copyPublishFolder(defaultPublishFolder(CORVANE_SERVER_SOURCE_PUBLISH), line.argument);
+    }
+}
+
 Result<void> run(const CommandLine& line)
 {
     switch (line.command) {
@@ -53,9 +72,15 @@ Result<void> run(const CommandLine& line)
         return serve(line, line.publishFolder.value_or(defaultPublishFolder(CORVANE_SERVER_SOURCE_PUBLISH)));
     case CommandLine::Command::notify:
     case CommandLine::Command::profiles:
+        return runOnDatabase(line);
+    default:
         break;
     }
-    return runOnDatabase(line);
+    const auto done = runOnDocuments(line);
+    if (!done)
+        return std::unexpected(done.error());
+    fmt::print("{}", *done);
+    return {};
 }
 
 } // namespace

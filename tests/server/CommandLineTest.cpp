@@ -26,25 +26,55 @@ TEST(CommandLineTest, ReadsEveryCommandWithItsOptions)
     EXPECT_EQ(notify->profile, "Ada");
 
     EXPECT_EQ(CommandLine::parse({"profiles", "--data", "/d"})->command, Command::profiles);
+    const auto release =
+        CommandLine::parse({"release", "0.76.0", "--publish-folder=/p", "--notes", "n", "--image-size=9"});
+    ASSERT_TRUE(release);
+    EXPECT_EQ(release->command, Command::release);
+    EXPECT_EQ(release->argument, "0.76.0");
+    EXPECT_EQ(release->publishFolder, "/p");
+    EXPECT_EQ(release->notesFile, "n");
+    EXPECT_EQ(release->imageSize, 9U);
+
+    const auto catalogue = CommandLine::parse({"catalogue", "--publish-folder", "/p", "sites.json"});
+    ASSERT_TRUE(catalogue);
+    EXPECT_EQ(catalogue->command, Command::catalogue);
+    EXPECT_EQ(catalogue->argument, "sites.json");
+    EXPECT_EQ(CommandLine::parse({"store-version", "none", "--publish-folder=/p"})->command, Command::storeVersion);
+    EXPECT_EQ(CommandLine::parse({"publish-folder", "/new"})->argument, "/new");
+    EXPECT_NE(CommandLine::parse({"--help"})->help.find("store-version"), std::string::npos);
+
     EXPECT_EQ(CommandLine::parse({"--version"})->command, Command::showVersion);
     EXPECT_NE(CommandLine::parse({"notify", "--help"})->help.find("--body-file"), std::string::npos);
 }
 
 TEST(CommandLineTest, RefusesWhatItDoesNotUnderstand)
 {
-    const std::vector<std::vector<std::string>> wrong{{"--port", "65536"},
-                                                      {"--port", "-1"},
-                                                      {"--port", "x"},
-                                                      {"--port"},
-                                                      {"--data", ""},
-                                                      {"--nothing"},
-                                                      {"serve"},
-                                                      {"profiles", "more"},
-                                                      {"profiles", "--port", "1"},
-                                                      {"notify"},
-                                                      {"notify", "--title", "x", "--body", "a", "--body-file", "b"},
-                                                      {"--public-origin", "ftp://example.org"},
-                                                      {"--public-origin", "https://example.org/path"}};
+    const std::vector<std::vector<std::string>> wrong{
+        {"--port", "65536"},
+        {"--port", "-1"},
+        {"--port", "x"},
+        {"--port"},
+        {"--data", ""},
+        {"--nothing"},
+        {"serve"},
+        {"profiles", "more"},
+        {"profiles", "--port", "1"},
+        {"notify"},
+        {"notify", "--title", "x", "--body", "a", "--body-file", "b"},
+        {"release", "--publish-folder=/p", "--notes=n"},
+        {"release", "", "--publish-folder=/p", "--notes=n"},
+        {"release", "1", "2", "--publish-folder=/p", "--notes=n"},
+        {"release", "1", "--notes=n"},
+        {"release", "1", "--publish-folder=/p"},
+        {"release", "1", "--publish-folder=/p", "--notes=n", "--image=i", "--image-size=1"},
+        {"release", "1", "--publish-folder=/p", "--notes=n", "--image-size=0"},
+        {"release", "1", "--publish-folder=/p", "--notes=n", "--image-size=17179869185"},
+        {"catalogue", "sites.json"},
+        {"catalogue", "--publish-folder=/p"},
+        {"store-version", "1", "--publish-folder="},
+        {"publish-folder"},
+        {"--public-origin", "ftp://example.org"},
+        {"--public-origin", "https://example.org/path"}};
     for (const auto& arguments : wrong)
         EXPECT_FALSE(CommandLine::parse(arguments)) << ::testing::PrintToString(arguments);
 }

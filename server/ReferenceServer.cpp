@@ -6,7 +6,7 @@
 
 namespace corvane::server {
 
-ReferenceServer::ReferenceServer(Database database, std::filesystem::path publishFolder, Now now)
+ReferenceServer::ReferenceServer(Database database, std::filesystem::path publishFolder, const Now& now)
     : database_(std::move(database)), devices_(database_, now), notifications_(database_, now),
       profiles_(database_, now), published_(std::move(publishFolder)), store_(published_),
       http_([this](const HttpRequest& request) { return router_.answer(request); })

@@ -21,7 +21,7 @@ namespace corvane::server {
 /// The whole server: its roles over one database and one published folder, behind one port of this machine.
 class ReferenceServer {
 public:
-    ReferenceServer(Database database, std::filesystem::path publishFolder, Now now);
+    ReferenceServer(Database database, std::filesystem::path publishFolder, const Now& now);
 
     /// Starts to listen on 127.0.0.1; port 0 takes a free one. `publicOrigin` is the address of a proxy in front of
     /// this server, when there is one. The address for clients on this machine, or why the port cannot be had.

@@ -18,7 +18,7 @@ struct Option {
 
 GOptionEntry bytes(const char* name, char** target, const char* description, const char* argument)
 {
-    return {name, 0, 0, G_OPTION_ARG_FILENAME, target, description, argument};
+    return {name, 0, 0, G_OPTION_ARG_FILENAME, static_cast<void*>(target), description, argument};
 }
 
 /// Runs the parser over a list of its own, from which it takes the options.

@@ -41,7 +41,8 @@ bool writeAll(int descriptor, std::string_view bytes)
 void syncFolder(const fs::path& folder)
 {
     const FileDescriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    fsync(opened.get());
+    if (opened.get() >= 0)
+        fsync(opened.get());
 }
 
 } // namespace

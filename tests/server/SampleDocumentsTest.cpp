@@ -12,31 +12,31 @@ const std::filesystem::path samples = CORVANE_SOURCE_DIR "/server/publish";
 
 class SampleDocumentsTest : public ::testing::Test {
 protected:
-    SampleDocumentsTest() { made_ = copyPublishFolder(samples, place_).has_value(); }
+    SampleDocumentsTest() { isMade = copyPublishFolder(samples, place).has_value(); }
 
-    TemporaryFolder folder_;
-    std::filesystem::path place_ = folder_.path() / "new/copy";
-    bool made_ = false;
+    TemporaryFolder folder;
+    std::filesystem::path place = folder.path() / "new/copy";
+    bool isMade = false;
 };
 
 TEST_F(SampleDocumentsTest, ACopyIsMadeWholeAndNeverOverSomethingElse)
 {
-    ASSERT_TRUE(made_);
-    const auto before = folder_.snapshot();
+    ASSERT_TRUE(isMade);
+    const auto before = folder.snapshot();
     EXPECT_GT(before.at("new/copy/Corvane/sites/sites.json").size(), 100U);
-    for (const auto& [from, to] : {std::pair{samples, place_}, std::pair{samples, place_ / "index.html"},
-                                   std::pair{samples / "missing", folder_.path() / "other"}})
+    for (const auto& [from, to] : {std::pair{samples, place}, std::pair{samples, place / "index.html"},
+                                   std::pair{samples / "missing", folder.path() / "other"}})
         EXPECT_FALSE(copyPublishFolder(from, to)) << to;
-    EXPECT_EQ(folder_.snapshot(), before);
+    EXPECT_EQ(folder.snapshot(), before);
 
-    std::filesystem::create_directory(folder_.path() / "empty");
-    EXPECT_TRUE(copyPublishFolder(samples, (folder_.path() / "empty").string() + "/"));
-    EXPECT_TRUE(std::filesystem::exists(folder_.path() / "empty/index.html"));
+    std::filesystem::create_directory(folder.path() / "empty");
+    EXPECT_TRUE(copyPublishFolder(samples, (folder.path() / "empty").string() + "/"));
+    EXPECT_TRUE(std::filesystem::exists(folder.path() / "empty/index.html"));
 }
 
 TEST_F(SampleDocumentsTest, EveryArchivedPageThatAnIndexListsIsThere)
 {
-    const auto all = folder_.snapshot();
+    const auto all = folder.snapshot();
     for (const std::string archive : {"Corvane/sites/archive/", "Corvane/mac_whatsnew/Previous_Releases/"}) {
         const auto index = parseJson(all.at("new/copy/" + archive + "index.json")).value();
         ASSERT_GE(index["archives"].size(), 2U);
@@ -48,7 +48,7 @@ TEST_F(SampleDocumentsTest, EveryArchivedPageThatAnIndexListsIsThere)
 
 TEST_F(SampleDocumentsTest, APlainStartFindsNothingNewerAndDocumentsThatCanBeRead)
 {
-    const auto all = folder_.snapshot();
+    const auto all = folder.snapshot();
     const auto version = parseJson(all.at("new/copy/Corvane/mac_whatsnew/version.json")).value();
     EXPECT_EQ(version["version"], CORVANE_VERSION_TEXT);
     for (const auto* placeholder : {"{{VERSION}}", "{{BUILD_DATE}}"})

@@ -19,14 +19,15 @@ constexpr std::chrono::seconds longestFirstPage{5};
 
 CorvaneApp::CorvaneApp(Endpoints endpoints, Places places, Renderer renderer)
     : info_(AppInfo::ofThisBuild()), endpoints_(std::move(endpoints)), places_(std::move(places)),
-      defaults_(files_, places_.defaults), resources_(FolderResources::ofThisProgram()), http_(info_.shortVersion),
+      views_(places_, host_.localeIdentifier(), renderer), defaults_(files_, places_.defaults),
+      resources_(FolderResources::ofThisProgram()), http_(info_.shortVersion),
       settingsManager_(std::make_shared<SettingsManager>(files_, places_)),
       siteListManager_(
           std::make_shared<SiteListManager>(files_, resources_, places_, SiteListFetcher(http_, clock_, endpoints_))),
       appUpdateManager_(std::make_shared<AppUpdateManager>(http_, clock_, endpoints_, info_)),
       analytics_(defaults_, host_, clock_, info_), pushDevices_(http_, defaults_, endpoints_, info_),
       refresh_(pushDevices_, clock_, queue_, wake_, systemRandomBits), appState_(defaults_, analytics_),
-      allowedHosts_(endpoints_.notification), views_(places_, host_.localeIdentifier(), renderer),
+      allowedHosts_(endpoints_.notification),
       coordinator_(appState_, pushDevices_, analytics_, allowedHosts_, queue_, clock_),
       browser_({.appState = appState_,
                 .settings = settingsManager_->settings(),

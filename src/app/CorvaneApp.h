@@ -74,10 +74,11 @@ private:
     AppInfo info_;
     Endpoints endpoints_;
     Places places_;
+    GlibHostInfo host_;
+    WebKitViewFactory views_; // early: the engine starts beside the reading of the files
     PosixFileStore files_;
     JsonDefaultsStore defaults_;
     FolderResources resources_;
-    GlibHostInfo host_;
     SystemClock clock_;
     GlibMainQueue queue_;
     SoupHttpClient http_;
@@ -94,7 +95,6 @@ private:
     AppState appState_;
 
     AllowedHosts allowedHosts_;
-    WebKitViewFactory views_;
     WebViewCoordinator coordinator_;
     WebViewRepresentable browser_;
 

@@ -145,9 +145,12 @@ std::string lowercased(std::string_view text)
 bool containsIgnoringCase(std::string_view text, std::string_view part)
 {
     const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
-    if (std::ranges::all_of(part, isAscii) && std::ranges::all_of(text, isAscii)) {
+    if (std::ranges::all_of(part, isAscii)) {
         const auto equal = [](char a, char b) { return lowercase(a) == lowercase(b); };
-        return part.empty() || !std::ranges::search(text, part, equal).empty();
+        if (part.empty() || !std::ranges::search(text, part, equal).empty())
+            return true;
+        if (std::ranges::all_of(text, isAscii))
+            return false;
     }
     return caseFolded(text).contains(caseFolded(part));
 }

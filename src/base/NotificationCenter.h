@@ -21,9 +21,9 @@ public:
             found->second.emit();
     }
 
-    [[nodiscard]] Subscription observe(std::string_view name, std::function<void()> observer)
+    [[nodiscard]] Subscription observe(std::string_view name, const std::function<void()>& observer)
     {
-        auto connection = signals_[std::string(name)].connect(std::move(observer));
+        auto connection = signals_[std::string(name)].connect(observer);
         return Subscription([connection]() mutable { connection.disconnect(); });
     }
 

@@ -32,10 +32,10 @@ void release(gpointer data)
     (*call)->source = nullptr;
 }
 
-Subscription schedule(GSource* source, std::move_only_function<void()> action)
+Subscription schedule(GSource* source, int priority, std::move_only_function<void()> action)
 {
     auto call = std::make_shared<PendingCall>(std::move(action), source);
-    g_source_set_priority(source, G_PRIORITY_DEFAULT);
+    g_source_set_priority(source, priority);
     g_source_set_callback(source, runOnce, new Shared(call), release);
     g_source_attach(source, g_main_context_get_thread_default());
     g_source_unref(source); // the context owns it now
@@ -49,7 +49,7 @@ Subscription schedule(GSource* source, std::move_only_function<void()> action)
 
 Subscription callLater(std::move_only_function<void()> action)
 {
-    return schedule(g_idle_source_new(), std::move(action));
+    return schedule(g_idle_source_new(), G_PRIORITY_DEFAULT, std::move(action));
 }
 
 Subscription callAfter(std::chrono::milliseconds delay, std::move_only_function<void()> action)
@@ -60,7 +60,12 @@ Subscription callAfter(std::chrono::milliseconds delay, std::move_only_function<
     const auto seconds = std::min(milliseconds / 1000, most);
     auto* source = inSeconds ? g_timeout_source_new_seconds(static_cast<guint>(seconds))
                              : g_timeout_source_new(static_cast<guint>(milliseconds));
-    return schedule(source, std::move(action));
+    return schedule(source, G_PRIORITY_DEFAULT, std::move(action));
+}
+
+void IdleTurn::await_suspend(std::coroutine_handle<> waiter)
+{
+    turn_ = schedule(g_idle_source_new(), G_PRIORITY_DEFAULT_IDLE, [waiter] { waiter.resume(); });
 }
 
 void Delay::await_suspend(std::coroutine_handle<> waiter)

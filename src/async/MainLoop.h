@@ -17,6 +17,22 @@ namespace corvane {
 /// The same after `delay`. Whole seconds share the system's coarse wake-ups.
 [[nodiscard]] Subscription callAfter(std::chrono::milliseconds delay, std::move_only_function<void()> action);
 
+/// Waits in a task for a turn in which the main loop has nothing more urgent to do, drawing included; destroying the
+/// frame takes the wait back. For long work that goes on in small pieces.
+class IdleTurn {
+public:
+    IdleTurn() = default;
+    IdleTurn(const IdleTurn&) = delete;
+    IdleTurn& operator=(const IdleTurn&) = delete;
+
+    bool await_ready() const noexcept { return false; }
+    void await_suspend(std::coroutine_handle<> waiter);
+    void await_resume() const noexcept {}
+
+private:
+    Subscription turn_;
+};
+
 /// Waits in a task until `delay` has passed; destroying the frame removes the timer.
 class Delay {
 public:

@@ -96,5 +96,40 @@ TEST(MainLoopTest, DelaysEndAfterTheirTimeUnlessTheirTaskIsCancelled)
     EXPECT_EQ(longOnes, 0);
 }
 
+Task<void> tellTurns(std::string* order)
+{
+    *order += "started ";
+    co_await IdleTurn();
+    *order += "first ";
+    co_await IdleTurn();
+    *order += "second ";
+}
+
+TEST(MainLoopTest, IdleTurnsComeOneByOneAfterDrawingUnlessTheirTaskIsCancelled)
+{
+    static constexpr int drawing = G_PRIORITY_HIGH_IDLE + 20; // as GTK has it
+    std::string order;
+    TaskScope kept, cancelled;
+    kept.start(tellTurns(&order));
+    EXPECT_EQ(order, "started ");
+    const auto draw = [](gpointer text) -> gboolean {
+        *static_cast<std::string*>(text) += "drawn ";
+        return G_SOURCE_REMOVE;
+    };
+    g_idle_add_full(drawing, draw, &order, nullptr);
+    g_main_context_iteration(nullptr, FALSE);
+    EXPECT_EQ(order, "started drawn ");
+    g_main_context_iteration(nullptr, FALSE);
+    EXPECT_EQ(order, "started drawn first ");
+    iteratePending();
+    EXPECT_EQ(order, "started drawn first second ");
+
+    cancelled.start(tellTurns(&order));
+    g_main_context_iteration(nullptr, FALSE);
+    cancelled.cancel();
+    iteratePending();
+    EXPECT_EQ(order, "started drawn first second started first ");
+}
+
 } // namespace
 } // namespace corvane

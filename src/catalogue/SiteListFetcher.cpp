@@ -1,6 +1,8 @@
 #include "catalogue/SiteListFetcher.h"
 
+#include "async/MainLoop.h"
 #include "base/Json.h"
+#include "catalogue/JsonSlices.h"
 #include "catalogue/SiteDocument.h"
 
 #include <string_view>
@@ -16,12 +18,24 @@ std::unexpected<Error> failure(std::string message)
     return std::unexpected(Error{std::move(message)});
 }
 
-/// The address that a document names in place of a catalogue.
-std::optional<std::string> redirectAddress(std::string_view bytes)
+/// The address that a document names in place of a catalogue; of several, as with every JSON object, the last. Only an
+/// object is looked into, with idle turns between the slices of a long one. `bytes` must outlive the task.
+Task<std::optional<std::string>> redirectAddress(std::string_view bytes)
 {
-    const auto document = parseJson(bytes);
-    const auto* address = document ? textOf(member(*document, "source_url")) : nullptr;
-    return address == nullptr || address->empty() ? std::nullopt : std::optional(*address);
+    std::optional<std::string> address;
+    JsonSlices slices(bytes, JsonSlices::usualSize);
+    if (!slices.isObject())
+        co_return std::nullopt;
+    while (const auto slice = slices.next()) {
+        const auto members = parseJson(*slice);
+        if (!members)
+            co_return std::nullopt;
+        if (const auto* value = member(*members, "source_url"))
+            address = textOf(value) == nullptr ? std::string() : *textOf(value);
+        if (!slices.isComplete())
+            co_await IdleTurn();
+    }
+    co_return slices.isComplete() && address && !address->empty() ? address : std::nullopt;
 }
 
 } // namespace
@@ -42,13 +56,14 @@ Task<Result<SiteListFetcher::PublishedList>> SiteListFetcher::fetchSites(std::op
     if (!document)
         co_return failure("Network request failed — check your connection.");
 
-    if (auto elsewhere = redirectAddress(*document)) {
+    auto elsewhere = co_await redirectAddress(*document);
+    if (elsewhere) {
         address = *std::move(elsewhere);
         document = co_await publishing_.fetch(address, time, BodyLimit::json);
         if (!document)
             co_return failure("Failed to fetch redirected sites URL: " + address);
     }
-    auto sites = decodeSites(*document);
+    auto sites = co_await decodeSitesInTurns(*document, JsonSlices::usualSize);
     if (!sites)
         co_return failure("Remote sites.json could not be parsed.");
     co_return PublishedList{std::move(address), time, *std::move(document), *std::move(sites)};

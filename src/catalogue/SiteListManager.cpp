@@ -1,5 +1,7 @@
 #include "catalogue/SiteListManager.h"
 
+#include "async/MainLoop.h"
+#include "catalogue/JsonSlices.h"
 #include "catalogue/SiteDocument.h"
 
 #include <tuple>
@@ -16,6 +18,7 @@ SiteListManager::SiteListManager(FileStore& files, const Resources& resources, c
 
 void SiteListManager::loadSites()
 {
+    ++newestLoad_;
     sites_.set(files_.read(file_)
                    .and_then(decodeSites)
                    .or_else([this] { return resources_.read("sites", "json").and_then(decodeSites); })
@@ -34,7 +37,19 @@ void SiteListManager::applyPendingSiteData(std::string_view data)
     }
     std::ignore = files_.write(file_, data);
     hasPendingSiteUpdate_.set(false);
-    loadSites();
+    loads_.start(loadSitesInTurns(++newestLoad_));
+}
+
+Task<void> SiteListManager::loadSitesInTurns(std::uint64_t load)
+{
+    auto document = files_.read(file_).value_or(std::string()); // no catalogue, as a file that cannot be read is none
+    auto sites = co_await decodeSitesInTurns(document, JsonSlices::usualSize);
+    if (!sites) {
+        document = resources_.read("sites", "json").value_or(std::string());
+        sites = co_await decodeSitesInTurns(document, JsonSlices::usualSize);
+    }
+    if (load == newestLoad_)
+        sites_.set(std::move(sites).value_or(std::vector<Site>()));
 }
 
 Task<SiteListManager::CheckResult> SiteListManager::checkForUpdates(std::optional<std::string> sourceUrl)
@@ -59,6 +74,8 @@ Task<SiteListManager::CheckResult> SiteListManager::fetchRemoteSites(std::option
     auto published = co_await fetcher_.fetchSites(std::move(sourceUrl));
     if (!published)
         co_return NetworkError{std::move(published.error().message)};
+    while (!loads_.isEmpty()) // what has been accepted comes into use first
+        co_await IdleTurn();
     const bool isInUse = published->sites == *sites_;
     auto whatsNewHTML = co_await fetcher_.fetchWhatsNewHTML(published->address, published->time);
     auto archives = co_await fetcher_.fetchArchives(published->address, published->time);

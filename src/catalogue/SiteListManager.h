@@ -1,6 +1,7 @@
 #pragma once
 
 #include "async/Task.h"
+#include "async/TaskScope.h"
 #include "base/BusyFlag.h"
 #include "base/Published.h"
 #include "catalogue/ArchiveEntry.h"
@@ -51,11 +52,12 @@ public:
     /// Loads the catalogue. The ports must outlive this object.
     SiteListManager(FileStore& files, const Resources& resources, const Places& places, SiteListFetcher fetcher);
 
-    /// Reads the catalogue anew; never writes.
+    /// Reads the catalogue anew, in one piece; never writes.
     void loadSites();
 
     /// Makes a downloaded catalogue document, byte for byte, the local copy and loads it. The copy before it stays as
-    /// the one backup.
+    /// the one backup. A long document is loaded in idle turns and comes into use in the last of them, unless the
+    /// catalogue is read anew or replaced before; any other at once.
     void applyPendingSiteData(std::string_view data);
 
     /// A check that the user asked for. An absent or empty `sourceUrl` means the usual address.
@@ -79,6 +81,8 @@ public:
     const Published<bool>& isCheckingForUpdates() const { return checking_.isUp(); }
 
 private:
+    Task<void> loadSitesInTurns(std::uint64_t load);
+
     FileStore& files_;
     const Resources& resources_;
     std::filesystem::path file_;
@@ -86,6 +90,8 @@ private:
     Published<std::vector<Site>> sites_;
     Published<bool> hasPendingSiteUpdate_;
     BusyFlag checking_;
+    std::uint64_t newestLoad_ = 0; // an older one that still runs comes to nothing
+    TaskScope loads_;
 };
 
 } // namespace corvane

@@ -1,4 +1,6 @@
 #include "catalogue/SiteListManager.h"
+#include "support/LongCatalogue.h"
+#include "support/MainContext.h"
 #include "support/ManualClock.h"
 #include "support/MemoryFileStore.h"
 #include "support/MemoryResources.h"
@@ -229,6 +231,117 @@ TEST_F(SiteListCheckTest, IsCheckingExactlyAsLongAsACheckThatTheUserAskedForRuns
     EXPECT_TRUE(second);
     EXPECT_FALSE(*manager_.isCheckingForUpdates());
     EXPECT_EQ(http_.waiting(), 1U) << "only the background check is left";
+}
+
+/// A check that takes turns of the main loop.
+struct RunningCheck {
+    explicit RunningCheck(SiteListManager& manager)
+    {
+        scope.start(keepResult(manager.checkForUpdates("http://h/list"), &result));
+    }
+    bool finish()
+    {
+        return testing::iterateUntil([this] { return result.has_value(); });
+    }
+
+    std::optional<CheckResult> result;
+    TaskScope scope;
+};
+
+TEST_F(SiteListCheckTest, LongDocumentsHaveTheSameOutcomes)
+{
+    const auto list = testing::longCatalogue("A");
+    const auto filler = [](int number) { return fmt::format(R"("{}":"{}",)", number, std::string(70'000, ',')); };
+    const auto redirect = [&](std::string_view first, std::string_view last) {
+        return fmt::format(R"( {{{}{}{}{}{}"end":[]}} )", first, filler(1), filler(2), filler(3), last);
+    };
+    const std::string named = R"("source_url":"http://r/list",)", blank = R"("source_url":"",)",
+                      number = R"("source_url":7,)";
+    const std::string updated = "update [] notes:none", refused = "error: " + std::string(unreadable);
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {list, "update " + list + " notes:none"},
+        {list + "]", refused},
+        {list.substr(0, list.size() - 2), refused},
+        {redirect(named, ""), updated},
+        {redirect("", named), updated},
+        {redirect(number, named), updated},
+        {"\xEF\xBB\xBF" + redirect(blank, named), updated},
+        {redirect(named, blank), refused}, // the last one counts
+        {redirect(named, number), refused},
+        {redirect(named, "") + "}", refused},
+        {redirect(named, "no member,"), refused},
+        {redirect("", ""), refused},
+    };
+    published_["http://r/list?ts=1"] = "[]";
+    for (const auto& [document, expected] : cases) {
+        published_["http://h/list?ts=1"] = document;
+        RunningCheck running(manager_);
+        ASSERT_TRUE(running.finish());
+        EXPECT_TRUE(told(running.result) == expected) << document.substr(0, 60);
+    }
+}
+
+TEST_F(SiteListCheckTest, ChecksThatDecodeAtTheSameTimeKeepApart)
+{
+    const auto old = testing::longCatalogue("old");
+    published_["http://h/list?ts=1"] = old;
+    RunningCheck older(manager_);
+    g_main_context_iteration(nullptr, FALSE);
+    published_["http://h/list?ts=1"] = inUse;
+    EXPECT_EQ(check("http://h/list"), "current notes:none");
+    EXPECT_TRUE(*manager_.isCheckingForUpdates());
+    EXPECT_EQ(resultOf(manager_.backgroundCheck("http://h/list")), 0);
+    EXPECT_FALSE(older.result);
+
+    published_["http://h/list?ts=1"] = testing::longCatalogue("cancelled");
+    std::optional<std::int64_t> background;
+    TaskScope scope;
+    scope.start(keepResult(manager_.backgroundCheck("http://h/list"), &background));
+    g_main_context_iteration(nullptr, FALSE);
+    scope.cancel();
+
+    ASSERT_TRUE(older.finish());
+    EXPECT_TRUE(told(older.result) == "update " + old + " notes:none");
+    testing::iteratePending();
+    EXPECT_FALSE(background);
+    EXPECT_FALSE(*manager_.hasPendingSiteUpdate());
+    EXPECT_FALSE(*manager_.isCheckingForUpdates());
+}
+
+TEST_F(SiteListCheckTest, ACheckCancelledBetweenSlicesLeavesNothingBehind)
+{
+    published_["http://h/list?ts=1"] = testing::longCatalogue("new");
+    for (int turns = 0; turns < 2; ++turns) {
+        std::optional<CheckResult> result;
+        TaskScope scope;
+        scope.start(keepResult(manager_.checkForUpdates("http://h/list"), &result));
+        for (int turn = 0; turn < turns; ++turn)
+            g_main_context_iteration(nullptr, FALSE);
+        EXPECT_TRUE(*manager_.isCheckingForUpdates());
+        scope.cancel();
+        EXPECT_FALSE(*manager_.isCheckingForUpdates());
+        testing::iteratePending();
+        EXPECT_FALSE(result) << turns;
+    }
+}
+
+TEST_F(SiteListCheckTest, ComparesWithWhatIsInUseOnceTheListIsRead)
+{
+    const auto accepted = testing::longCatalogue("accepted");
+    published_["http://h/list?ts=1"] = accepted;
+    RunningCheck before(manager_); // begins to read before the same list is accepted
+    manager_.applyPendingSiteData(accepted);
+    RunningCheck after(manager_);
+    ASSERT_TRUE(before.finish() && after.finish());
+    EXPECT_EQ(told(before.result), "current notes:none");
+    EXPECT_EQ(told(after.result), "current notes:none");
+
+    published_["http://h/list?ts=1"] = inUse;
+    manager_.applyPendingSiteData(testing::longCatalogue("next"));
+    RunningCheck quick(manager_); // has its list before the accepted one is loaded
+    manager_.applyPendingSiteData(inUse);
+    ASSERT_TRUE(quick.finish());
+    EXPECT_EQ(told(quick.result), "current notes:none");
 }
 
 } // namespace

@@ -1,5 +1,8 @@
 #include "catalogue/SiteListManager.h"
 
+#include "catalogue/JsonSlices.h"
+#include "support/LongCatalogue.h"
+#include "support/MainContext.h"
 #include "support/ManualClock.h"
 #include "support/MemoryFileStore.h"
 #include "support/MemoryResources.h"
@@ -89,6 +92,53 @@ TEST_F(SiteListManagerTest, KeepsTheOldCatalogueWhenTheNewOneCannotBeWritten)
     EXPECT_EQ(files.files, (std::map<std::filesystem::path, std::string>{{local, document("old")}}));
     EXPECT_EQ(firstOf(manager), "old");
     EXPECT_FALSE(*manager.hasPendingSiteUpdate());
+}
+
+TEST_F(SiteListManagerTest, ALongUpdateIsLoadedOverTurnsAndYieldsToWhateverIsNewer)
+{
+    SiteListManager manager(files, resources, places, fetcher);
+    int changes = 0;
+    const auto observation = manager.sites().observe([&](const auto&) { ++changes; });
+    const auto apply = [&](const std::string& document) {
+        manager.hasPendingSiteUpdate().set(true);
+        manager.applyPendingSiteData(document);
+        EXPECT_EQ(files.files[local], document);
+        EXPECT_FALSE(*manager.hasPendingSiteUpdate());
+    };
+    const auto isLoaded = [&](std::string_view service) { return firstOf(manager) == service; };
+
+    apply(testing::longCatalogue("first"));
+    EXPECT_EQ(firstOf(manager), "shipped");
+    ASSERT_TRUE(testing::iterateUntil([&] { return isLoaded("first"); }));
+
+    apply(testing::longCatalogue("second"));
+    g_main_context_iteration(nullptr, FALSE);
+    apply(document("short"));
+    EXPECT_EQ(firstOf(manager), "short");
+    apply(testing::longCatalogue("third"));
+    g_main_context_iteration(nullptr, FALSE);
+    files.files[local] = document("by hand");
+    manager.loadSites();
+    testing::iteratePending();
+    EXPECT_EQ(firstOf(manager), "by hand");
+
+    apply(testing::longCatalogue("fourth"));
+    apply(testing::longCatalogue("fifth"));
+    ASSERT_TRUE(testing::iterateUntil([&] { return isLoaded("fifth"); }));
+    apply(testing::longCatalogue("torn") + "]");
+    ASSERT_TRUE(testing::iterateUntil([&] { return isLoaded("shipped"); }));
+    EXPECT_EQ(changes, 5) << "each list that came into use, once";
+}
+
+TEST_F(SiteListManagerTest, MayGoWhileItLoads)
+{
+    {
+        SiteListManager manager(files, resources, places, fetcher);
+        manager.applyPendingSiteData(testing::longCatalogue("late"));
+        g_main_context_iteration(nullptr, FALSE);
+    }
+    testing::iteratePending();
+    EXPECT_EQ(files.files[local], testing::longCatalogue("late"));
 }
 
 } // namespace

@@ -91,7 +91,8 @@ GioCall<Result<GBytesPtr>> chunkArrived(GInputStream* stream, GObjectPtr<GCancel
     return GioCall<Result<GBytesPtr>>(
         std::move(cancellable),
         [stream](GCancellable* cancel, GAsyncReadyCallback done, gpointer data) {
-            g_input_stream_read_bytes_async(stream, chunkSize, G_PRIORITY_DEFAULT, cancel, done, data);
+            // Behind drawing: a fast server has the next chunk ready at once, again and again.
+            g_input_stream_read_bytes_async(stream, chunkSize, G_PRIORITY_DEFAULT_IDLE, cancel, done, data);
         },
         [](GObject* source, GAsyncResult* result) -> Result<GBytesPtr> {
             GErrorSlot error;

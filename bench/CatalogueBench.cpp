@@ -1,14 +1,11 @@
 // Measures reading, comparing and filtering catalogues of growing size, in nanoseconds an entry, and how reading
 // compares with the JSON library alone on the same bytes. Usage: bench_catalogue [LARGEST]
 
+#include "Timing.h"
 #include "catalogue/SiteDocument.h"
 #include "screens/SiteFilter.h"
 
-#include <algorithm>
-#include <array>
-#include <chrono>
 #include <cstdlib>
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -17,31 +14,9 @@
 
 namespace {
 
-using Nanoseconds = std::chrono::duration<double, std::nano>;
-
-/// Keeps the compiler from leaving out work whose result nobody reads.
-template <typename T>
-void keep(const T& value)
-{
-    asm volatile("" : : "g"(&value) : "memory");
-}
-
-/// The fastest of many runs: what the work costs when nothing else disturbs it. Runs for about 0.4 s.
-template <typename Work>
-Nanoseconds fastest(Work work)
-{
-    using Clock = std::chrono::steady_clock;
-    auto best = Nanoseconds(std::numeric_limits<double>::max());
-    const auto end = Clock::now() + std::chrono::milliseconds(400);
-    int runs = 0;
-    while (runs < 3 || Clock::now() < end) {
-        const auto start = Clock::now();
-        work();
-        best = std::min(best, Nanoseconds(Clock::now() - start));
-        ++runs;
-    }
-    return best;
-}
+using corvane::bench::fastest;
+using corvane::bench::keep;
+using corvane::bench::Nanoseconds;
 
 /// A catalogue document of `count` entries, with escapes and letters beyond ASCII here and there.
 std::string documentOf(std::size_t count)

@@ -22,7 +22,7 @@ LoopbackServer::LoopbackServer(std::string document) : document_(std::move(docum
     thread_ = std::thread([this, &listening] {
         g_main_context_push_thread_default(context_);
         auto* server = soup_server_new(nullptr, nullptr);
-        soup_server_add_handler(server, nullptr, answer, const_cast<std::string*>(&document_), nullptr);
+        soup_server_add_handler(server, nullptr, answer, &document_, nullptr);
         if (soup_server_listen_local(server, 0, SOUP_SERVER_LISTEN_IPV4_ONLY, nullptr) != FALSE) {
             auto* addresses = soup_server_get_uris(server);
             auto* first = g_uri_to_string(static_cast<GUri*>(addresses->data));

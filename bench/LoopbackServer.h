@@ -19,7 +19,7 @@ public:
     std::string url(std::string_view path) const;
 
 private:
-    const std::string document_;
+    std::string document_;
     GMainContext* context_ = g_main_context_new();
     GMainLoop* loop_ = g_main_loop_new(context_, FALSE);
     std::string base_;

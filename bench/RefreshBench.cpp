@@ -61,8 +61,8 @@ private:
     testing::ManualWake wake_;
     testing::MemoryDefaultsStore defaults_;
     testing::MemoryFileStore files_;
-    const Places places_{.data = "/data", .cache = "/cache", .defaults = "/defaults"};
-    const Endpoints endpoints_ = testing::endpointsAt();
+    Places places_{.data = "/data", .cache = "/cache", .defaults = "/defaults"};
+    Endpoints endpoints_ = testing::endpointsAt();
 
     PushDeviceManager pushDevices_{http_, defaults_, endpoints_, AppInfo{"1.0", ""}};
     std::shared_ptr<SiteListManager> sites_ =

@@ -104,10 +104,10 @@ public:
     bool foundUpdate() const { return std::holds_alternative<SiteListManager::UpdateAvailable>(*result_); }
 
 private:
-    const testing::TemporaryFolder folder_;
-    const SystemClock clock_;
-    const Endpoints endpoints_ = testing::endpointsAt();
-    const FolderResources resources_ = FolderResources::ofThisProgram();
+    testing::TemporaryFolder folder_;
+    SystemClock clock_;
+    Endpoints endpoints_ = testing::endpointsAt();
+    FolderResources resources_ = FolderResources::ofThisProgram();
     PosixFileStore files_;
     SiteListFetcher fetcher_;
     SiteListManager manager_{files_, resources_, Places{.data = folder_.path(), .cache = {}, .defaults = {}}, fetcher_};
@@ -116,12 +116,12 @@ private:
 };
 
 /// Checks, accepts, accepts another list over that and checks again, `rounds` times, each with a fresh home.
-void measure(std::string_view name, const std::string& document, int rounds)
+void measure(std::string_view name, const std::string& document, long rounds)
 {
     const bench::LoopbackServer server(document);
     SoupHttpClient http("bench");
     Gaps checks, accepting;
-    for (int round = 0; round < rounds; ++round) {
+    for (long round = 0; round < rounds; ++round) {
         Home home(http);
         home.measureCheck(server.url("sites"), &checks);
         if (home.foundUpdate()) {
@@ -138,7 +138,7 @@ void measure(std::string_view name, const std::string& document, int rounds)
 
 int main(int argc, char** argv)
 {
-    const int rounds = argc > 1 ? std::max(std::atoi(argv[1]), 1) : 20;
+    const long rounds = argc > 1 ? std::max(std::strtol(argv[1], nullptr, 10), 1L) : 20;
     fmt::print("{:<24}{:^27}{:^27}\n{:<24}", "longest gaps, in ms", "checking", "accepting", "a catalogue of 4 MiB");
     fmt::print("{0:>9}{1:>9}{2:>9}{0:>9}{1:>9}{2:>9}\n", "median", "longest", "own time");
     measure("usual entries", usualDocument(), rounds);

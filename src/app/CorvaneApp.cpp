@@ -1,6 +1,7 @@
 #include "app/CorvaneApp.h"
 
 #include "base/RandomBits.h"
+#include "ui/IconTheme.h"
 #include "ui/StyleSheet.h"
 
 #include <chrono>
@@ -61,6 +62,7 @@ MainWindowView& CorvaneApp::window()
         startToolkit();
         launch();
         addStyleSheet();
+        addIcons(resources_.folders());
         window_ = std::make_unique<MainWindowView>(MainWindowView::Models{.window = windowModel_,
                                                                           .toolbar = toolbarModel_,
                                                                           .selector = selectorModel_,

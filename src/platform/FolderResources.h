@@ -17,6 +17,9 @@ public:
     /// Where a program at `executable` looks: share/corvane beside its bin folder. A build tree has that shape too.
     static std::vector<std::filesystem::path> foldersFor(const std::filesystem::path& executable);
 
+    /// Where it looks, the folder that counts most first.
+    const std::vector<std::filesystem::path>& folders() const { return folders_; }
+
     std::optional<std::filesystem::path> locate(std::string_view name, std::string_view extension) const override;
     std::optional<std::string> read(std::string_view name, std::string_view extension) const override;
 

@@ -12,3 +12,7 @@ set(CORVANE_MEASUREMENT_ID "G-0000000000" CACHE STRING "Measurement identifier")
 set(CORVANE_SUPPORT_MAIL "support@corvane.invalid" CACHE STRING "Support mail address")
 set(CORVANE_DONATION_ACCOUNT "0000000000000" CACHE STRING "Donation account identifier")
 set(CORVANE_STORE_ID "0000000000" CACHE STRING "Store identifier of the application")
+
+# For those who look at the package rather than for the program.
+set(CORVANE_HOMEPAGE_URL "https://corvane.example/" CACHE STRING "Home page with help/ and screenshots/, ends in /")
+set(CORVANE_MAINTAINER "Hollisward <${CORVANE_SUPPORT_MAIL}>" CACHE STRING "Who answers for the package: Name <mail address>")

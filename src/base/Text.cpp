@@ -135,6 +135,18 @@ std::string_view trimmedBlanks(std::string_view text)
     return trimmedBy(text, [](char32_t c) { return c == U' ' || c == U'\t'; });
 }
 
+std::size_t leadingWhiteSpace(std::string_view text)
+{
+    std::size_t length = 0;
+    while (length < text.size()) {
+        const auto next = decode(text.substr(length));
+        if (next.length == 0 || !isWhiteSpace(next.codePoint))
+            break;
+        length += next.length;
+    }
+    return length;
+}
+
 std::string lowercased(std::string_view text)
 {
     std::string lower(text);

@@ -13,6 +13,9 @@ std::string_view trimmed(std::string_view text);
 /// Text without the spaces and tabs at both ends; line breaks stay.
 std::string_view trimmedBlanks(std::string_view text);
 
+/// How many bytes of Unicode white space, line breaks included, `text` begins with.
+std::size_t leadingWhiteSpace(std::string_view text);
+
 /// ASCII letters in lower case, every other byte as it is.
 std::string lowercased(std::string_view text);
 

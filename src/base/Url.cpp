@@ -235,6 +235,14 @@ std::optional<Url> Url::fromEngine(std::string_view text)
     return parse(encoded);
 }
 
+Url Url::ofFile(const std::filesystem::path& file)
+{
+    std::string text = "file://";
+    for (const auto& component : file.relative_path())
+        text += '/' + percentEncodedComponent(component.string());
+    return *parse(text); // certain: every byte is encoded
+}
+
 std::string_view Url::path() const
 {
     const auto end = std::min(queryStart_ == npos ? text_.size() : queryStart_ - 1,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,6 +19,9 @@ public:
     /// Reads an address that the web engine has already normalised: characters that RFC 3986 does not know are
     /// percent-encoded first. For mirroring the engine's state only, never for what a user or a server sends.
     static std::optional<Url> fromEngine(std::string_view text);
+
+    /// The address of the file at an absolute path.
+    static Url ofFile(const std::filesystem::path& file);
 
     const std::string& text() const { return text_; }
 

@@ -1,5 +1,6 @@
 #include "ports/Endpoints.h"
 
+#include "base/Text.h"
 #include "generated/BuildValues.h"
 
 #include <cstdlib>
@@ -78,7 +79,18 @@ Url Endpoints::helpPage() const
 
 Url Endpoints::privacyPage() const
 {
+    return below(publishing, "Corvane/privacypolicy.html");
+}
+
+Url Endpoints::privacyUsagePage() const
+{
     return below(publishing, "Corvane/privacypolicy.html#usagedata");
+}
+
+Url Endpoints::donationPage() const
+{
+    return below(donation,
+                 "donate/?business=" + percentEncodedComponent(donationAccount) + "&no_recurring=0&currency_code=USD");
 }
 
 Url Endpoints::defaultSitesURL() const

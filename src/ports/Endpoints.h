@@ -36,6 +36,8 @@ struct Endpoints {
 
     Url helpPage() const;
     Url privacyPage() const;
+    Url privacyUsagePage() const; // the same page where it speaks of usage data
+    Url donationPage() const;
 
     Url defaultSitesURL() const; // the published catalogue
     Url defaultSitesWhatsNewURL() const;

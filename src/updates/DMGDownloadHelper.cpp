@@ -16,14 +16,6 @@ std::unexpected<Error> failure(std::string message)
     return std::unexpected(Error{std::move(message)});
 }
 
-std::optional<Url> fileUrl(const std::filesystem::path& file)
-{
-    std::string text = "file://";
-    for (const auto& component : file.relative_path())
-        text += '/' + percentEncodedComponent(component.string());
-    return Url::parse(text);
-}
-
 } // namespace
 
 DMGDownloadHelper::DMGDownloadHelper(HttpClient& http, FileStore& files, IncomingFiles& incoming, Desktop& desktop,
@@ -80,8 +72,7 @@ corvane::Result<void> DMGDownloadHelper::makeRoom(const std::filesystem::path& t
 
 void DMGDownloadHelper::openInstallerAndQuit(const std::filesystem::path& file)
 {
-    if (const auto url = fileUrl(file))
-        desktop_.open(*url);
+    desktop_.open(Url::ofFile(file));
     quitting_ = clock_.after(quitDelay, [this] { desktop_.quit(); });
 }
 

@@ -29,6 +29,10 @@ TEST(TextTest, TrimsUnicodeBlanksAtBothEndsOnly)
     for (const auto& [text, expected] : cases)
         EXPECT_EQ(trimmed(text), expected) << text;
     EXPECT_EQ(trimmedBlanks(" \ta\n \t"), "a\n");
+
+    for (const auto& [text, length] : std::vector<std::pair<std::string, std::size_t>>{
+             {"", 0}, {"a ", 0}, {" \r\n\u2003a", 6}, {"\u3000", 3}, {"\xA0 ", 0}, {" \xE2\x80", 1}})
+        EXPECT_EQ(leadingWhiteSpace(text), length) << text;
 }
 
 TEST(TextTest, TellsWellFormedUtf8AndRepairsTheRest)

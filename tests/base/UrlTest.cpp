@@ -186,6 +186,18 @@ TEST(UrlTest, SeesTheHostThatABrowserSeesOrNone)
     EXPECT_GT(compared, 50);
 }
 
+TEST(UrlTest, WritesEveryPathAsAnAddressOfTheSameFile)
+{
+    for (const auto& [path, address] :
+         std::vector<std::pair<std::string, std::string>>{{"/usr/share/a.html", "file:///usr/share/a.html"},
+                                                          {"/a b/ä?#%20", "file:///a%20b/%C3%A4%3F%23%2520"},
+                                                          {"/\xFF\n", "file:///%FF%0A"}}) {
+        const auto url = Url::ofFile(path);
+        EXPECT_EQ(url.text(), address);
+        EXPECT_EQ(percentDecoded(url.path()), path);
+    }
+}
+
 TEST(UrlTest, NaughtyTextNeverBreaksTheReaders)
 {
     const auto texts = publicCollection("strings/blns.json");

@@ -16,6 +16,8 @@ constexpr const char* contentPolicy =
 /// The address that the engine gives to a text without one.
 constexpr std::string_view ownAddress = "about:blank";
 
+using UserStyleSheetPtr = std::unique_ptr<WebKitUserStyleSheet, FreeWith<webkit_user_style_sheet_unref>>;
+
 GObjectPtr<WebKitSettings> documentSettings(Renderer renderer)
 {
     auto settings = adopt(webkit_settings_new());
@@ -65,6 +67,16 @@ WebKitDocumentView::~WebKitDocumentView() = default;
 void WebKitDocumentView::setLinkRule(LinkRule rule)
 {
     rule_ = std::move(rule);
+}
+
+void WebKitDocumentView::setReaderStyle(std::string_view css)
+{
+    auto* content = webkit_web_view_get_user_content_manager(view_.get());
+    webkit_user_content_manager_remove_all_style_sheets(content);
+    const UserStyleSheetPtr sheet(webkit_user_style_sheet_new(std::string(css).c_str(),
+                                                              WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
+                                                              WEBKIT_USER_STYLE_LEVEL_USER, nullptr, nullptr));
+    webkit_user_content_manager_add_style_sheet(content, sheet.get());
 }
 
 void WebKitDocumentView::show(std::string_view html)

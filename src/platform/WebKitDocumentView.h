@@ -23,6 +23,7 @@ public:
     GtkWidget* widget() const { return GTK_WIDGET(view_.get()); }
 
     void setLinkRule(LinkRule rule) override;
+    void setReaderStyle(std::string_view css) override;
     void show(std::string_view html) override;
 
 private:

@@ -145,6 +145,23 @@ TEST_F(ProfileDocumentTest, LoadsImagesAndNothingElse)
               (std::vector<std::string>{"/seen?here", "/seen?last", "/seen?noscript", "/seen?style", "/seen?there"}));
 }
 
+TEST_F(ProfileDocumentTest, LetsTheReadersStyleWinWhereItInsists)
+{
+    const auto background = [this](const std::string& name, const std::string& end = "") {
+        return "{background-image:url(" + server.site() + "/seen?" + name + ")" + end + "}";
+    };
+    view->setReaderStyle("body" + background("first", " !important"));
+    view->setReaderStyle("body" + background("reader", " !important") + "p" + background("polite"));
+    ASSERT_TRUE(showAndWait("<!doctype html><style>body" + background("author", " !important") + "p" +
+                            background("own") + "</style><p>x" + image(server.site() + "/seen?here")));
+    auto paths = requestedPaths();
+    std::ranges::sort(paths);
+    EXPECT_EQ(paths, (std::vector<std::string>{"/seen?here", "/seen?own", "/seen?reader"}));
+
+    view->setReaderStyle("p" + background("later", " !important")); // of the document that is there
+    EXPECT_TRUE(iterateUntil([&] { return std::ranges::count(requestedPaths(), "/seen?later") == 1; }));
+}
+
 TEST_F(ProfileDocumentTest, LoadsTheSameTextOnlyOnce)
 {
     ASSERT_TRUE(showAndWait(image(server.site() + "/seen")));

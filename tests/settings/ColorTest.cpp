@@ -1,5 +1,11 @@
 #include "settings/Color.h"
 
+#include "settings/Contrast.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 namespace corvane {
@@ -112,6 +118,30 @@ TEST(Color, MakesGreyOfALiteralThatIsNone)
              {"", grey},
          })
         EXPECT_EQ(colorFromHex(text), expected) << text;
+}
+
+TEST(Contrast, AgreesWithPublishedRatios)
+{
+    struct Case {
+        std::string text, below;
+        double ratio;
+    };
+    for (const auto& [text, below, ratio] : std::vector<Case>{{"#000000", "#ffffff", 21},
+                                                              {"#ffffff", "#000000", 21},
+                                                              {"#777777", "#ffffff", 4.48},
+                                                              {"#0000ff", "#ffffff", 8.59},
+                                                              {"#00000080", "#ffffff", 3.98},
+                                                              {"#ffffff00", "#123456", 1}})
+        EXPECT_NEAR(contrastRatio(colorFromHex(text), colorFromHex(below)), ratio, 0.05) << text << below;
+}
+
+TEST(Contrast, ReadsBestInBlackOrWhite)
+{
+    for (const auto& [below, text] : std::vector<std::pair<std::string, Color>>{{"#000000", Color::white()},
+                                                                                {"#ffffff", Color::black()},
+                                                                                {"#66b2ff", Color::black()},
+                                                                                {"#0b63ce", Color::white()}})
+        EXPECT_EQ(readableOn(colorFromHex(below)), text) << below;
 }
 
 } // namespace

@@ -1,9 +1,9 @@
 #include "settings/Color.h"
+#include "settings/Contrast.h"
 #include "settings/DialogThemeOption.h"
 #include "settings/ThemeJSON.h"
 
 #include <algorithm>
-#include <cmath>
 #include <fstream>
 #include <iterator>
 #include <set>
@@ -21,31 +21,11 @@ std::optional<ThemeJSON> shippedTheme(std::string_view name)
     return decodeTheme(std::string{std::istreambuf_iterator<char>(file), {}});
 }
 
-Color composed(const Color& above, const Color& below)
-{
-    const auto mixed = [&](double a, double b) { return a * above.opacity + b * (1 - above.opacity); };
-    return {mixed(above.red, below.red), mixed(above.green, below.green), mixed(above.blue, below.blue), 1};
-}
-
-/// The relative luminance of WCAG 2.1.
-double luminance(const Color& color)
-{
-    const auto linear = [](double c) { return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
-    return 0.2126 * linear(color.red) + 0.7152 * linear(color.green) + 0.0722 * linear(color.blue);
-}
-
-/// The contrast ratio of WCAG 2.1, from 1 to 21.
-double contrast(const Color& text, const Color& below)
-{
-    const auto [dark, light] = std::minmax({luminance(composed(text, below)), luminance(below)});
-    return (light + 0.05) / (dark + 0.05);
-}
-
 double worstContrast(const Color& text, const std::vector<Color>& surfaces)
 {
     double worst = 21;
     for (const auto& surface : surfaces)
-        worst = std::min(worst, contrast(text, surface));
+        worst = std::min(worst, contrastRatio(text, surface));
     return worst;
 }
 
@@ -118,7 +98,7 @@ TEST_P(ShippedTheme, KeepsItsTextsReadableWhereverTheyStand)
 TEST_P(ShippedTheme, KeepsItsButtonsReadable)
 {
     const auto contrastOn = [](const Color& text, const std::optional<std::string>& button) {
-        return contrast(text, color(button));
+        return contrastRatio(text, color(button));
     };
     EXPECT_GE(contrastOn(color(colors.buttonDonateText), colors.buttonDonate), leastContrast);
     EXPECT_GE(contrastOn(color(colors.buttonSecondaryText), colors.buttonSecondary), leastContrast);

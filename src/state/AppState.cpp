@@ -8,7 +8,6 @@ namespace corvane {
 namespace {
 
 constexpr std::string_view firstUseKey = "FirstUse";
-constexpr std::string_view consentShownKey = "AnalyticsConsentShown";
 
 } // namespace
 
@@ -28,7 +27,7 @@ void AppState::setFirstUse(bool value)
         selectedSiteURL.set(std::nullopt);
     } else {
         analytics_.trackFirstUse();
-        if (!defaults_.boolean(consentShownKey).value_or(false))
+        if (!defaults_.boolean(analyticsConsentShownKey).value_or(false))
             showAnalyticsConsent.set(true);
     }
 }

@@ -7,8 +7,12 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace corvane {
+
+/// The defaults key under which true is stored once the question for consent to analytics has been answered.
+inline constexpr std::string_view analyticsConsentShownKey = "AnalyticsConsentShown";
 
 class AnalyticsManager;
 class DefaultsStore;

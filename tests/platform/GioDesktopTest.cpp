@@ -38,13 +38,13 @@ private:
 
 const TestHome home;
 
-/// A mail program and browser that says which address it was given.
+/// A mail program and browser that says which address it was given, and what it inherits.
 class Listener {
 public:
     Listener()
     {
         const auto script = home / "listener";
-        std::ofstream(script) << "#!/bin/sh\nprintf '%s\\n' \"$1\" > '" << pipe_.string() << "'\n";
+        std::ofstream(script) << "#!/bin/sh\nprintf '%s\\n' \"$1${CORVANE_TEST_OWN-}\" > '" << pipe_.string() << "'\n";
         fs::permissions(script, fs::perms::owner_all);
         std::ofstream(home.applications() / "listener.desktop")
             << "[Desktop Entry]\nType=Application\nName=Listener\nExec=" << script.string()
@@ -81,10 +81,11 @@ private:
     guint source_ = 0;
 };
 
-TEST(GioDesktopTest, HandsAddressesToTheirDefaultApplicationWithoutAttachmentsOrShell)
+TEST(GioDesktopTest, HandsAddressesToTheirDefaultApplicationWithoutAttachmentsShellOrOwnVariables)
 {
     Listener listener;
-    GioDesktop desktop([] {});
+    ::setenv("CORVANE_TEST_OWN", " has what is not its own", 1);
+    GioDesktop desktop([] {}, {"CORVANE_TEST_OWN"});
     desktop.open(*Url::parse("nobody-knows:x"));
     for (const auto& [address, expected] : std::vector<std::pair<std::string, std::string>>{
              {"https://h/a%2Fb?c=$(touch%20x)'&d;e", "https://h/a%2Fb?c=$(touch%20x)'&d;e\n"},

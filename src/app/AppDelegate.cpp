@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
@@ -35,7 +36,9 @@ int fail(std::string_view why)
 
 } // namespace
 
-AppDelegate::AppDelegate(Renderer renderer) : renderer_(renderer), application_(AppInfo::applicationId) {}
+AppDelegate::AppDelegate(RendererChoice renderer) : renderer_(std::move(renderer)), application_(AppInfo::applicationId)
+{
+}
 
 AppDelegate::~AppDelegate() = default;
 
@@ -58,7 +61,7 @@ int AppDelegate::run()
 /// The first page is on its way before anything is built to show it.
 int AppDelegate::runPrimary()
 {
-    app_ = std::make_unique<CorvaneApp>(readEndpoints(), xdgPlaces(), renderer_);
+    app_ = std::make_unique<CorvaneApp>(readEndpoints(), xdgPlaces(), renderer_, [this] { application_.quit(); });
     app_->startFirstLoad();
     application_.addAction("about", "", [this] { app_->showAbout(); });
     application_.addAction("preferences", "<Control>comma", [this] { app_->showSettings(); });

@@ -12,7 +12,7 @@ namespace corvane {
 /// loads nothing.
 class AppDelegate {
 public:
-    explicit AppDelegate(Renderer renderer);
+    explicit AppDelegate(RendererChoice renderer);
     ~AppDelegate();
 
     /// Runs until the program ends; its exit status.
@@ -22,7 +22,7 @@ private:
     int runPrimary();
     void activate();
 
-    Renderer renderer_;
+    RendererChoice renderer_;
     DesktopApplication application_;
     std::unique_ptr<CorvaneApp> app_; // only in the primary instance
 };

@@ -18,16 +18,18 @@ constexpr std::chrono::seconds longestFirstPage{5};
 
 } // namespace
 
-CorvaneApp::CorvaneApp(Endpoints endpoints, Places places, Renderer renderer)
+CorvaneApp::CorvaneApp(Endpoints endpoints, Places places, const RendererChoice& renderer, std::function<void()> quit)
     : info_(AppInfo::ofThisBuild()), endpoints_(std::move(endpoints)), places_(std::move(places)),
-      views_(places_, host_.localeIdentifier(), renderer), defaults_(files_, places_.defaults),
+      views_(places_, host_.localeIdentifier(), renderer.renderer), defaults_(files_, places_.defaults),
       resources_(FolderResources::ofThisProgram()), http_(info_.shortVersion),
+      desktop_(std::move(quit), renderer.ownVariables),
       settingsManager_(std::make_shared<SettingsManager>(files_, places_)),
       siteListManager_(
           std::make_shared<SiteListManager>(files_, resources_, places_, SiteListFetcher(http_, clock_, endpoints_))),
       appUpdateManager_(std::make_shared<AppUpdateManager>(http_, clock_, endpoints_, info_)),
       analytics_(defaults_, host_, clock_, info_), pushDevices_(http_, defaults_, endpoints_, info_),
-      refresh_(pushDevices_, clock_, queue_, wake_, systemRandomBits), appState_(defaults_, analytics_),
+      refresh_(pushDevices_, clock_, queue_, wake_, systemRandomBits),
+      installers_(http_, files_, incoming_, desktop_, clock_, places_), appState_(defaults_, analytics_),
       allowedHosts_(endpoints_.notification),
       coordinator_(appState_, pushDevices_, analytics_, allowedHosts_, queue_, clock_),
       browser_({.appState = appState_,
@@ -40,8 +42,28 @@ CorvaneApp::CorvaneApp(Endpoints endpoints, Places places, Renderer renderer)
                 .views = views_,
                 .queue = queue_},
                coordinator_),
-      windowModel_(appState_, pushDevices_, defaults_, analytics_),
-      toolbarModel_(appState_, pushDevices_, endpoints_, analytics_),
+      sheetsModel_(appState_, queue_), installerModel_(installers_),
+      windowModel_({.appState = appState_,
+                    .siteListManager = *siteListManager_,
+                    .appUpdateManager = *appUpdateManager_,
+                    .pushDevices = pushDevices_,
+                    .defaults = defaults_,
+                    .analytics = analytics_,
+                    .sheets = sheetsModel_,
+                    .installer = installerModel_,
+                    .desktop = desktop_,
+                    .endpoints = endpoints_,
+                    .queue = queue_}),
+      toolbarModel_({.appState = appState_,
+                     .siteListManager = *siteListManager_,
+                     .appUpdateManager = *appUpdateManager_,
+                     .settingsManager = *settingsManager_,
+                     .pushDevices = pushDevices_,
+                     .analytics = analytics_,
+                     .endpoints = endpoints_},
+                    {.siteUpdate = windowModel_.showSiteUpdateBadge(),
+                     .appUpdate = windowModel_.showAppUpdateBadge(),
+                     .notification = windowModel_.showNotificationBadge()}),
       selectorModel_(appState_, siteListManager_->sites(), defaults_, analytics_),
       keys_([this] { notifications_.post(toggleURLModeNotification); }),
       activation_(queue_, WindowMonitor::isAnyWindowActive, [this] { activated(); }), windows_(keys_, activation_)
@@ -53,7 +75,7 @@ CorvaneApp::~CorvaneApp() = default;
 
 void CorvaneApp::startFirstLoad()
 {
-    browser_.makeView(windowModel_.initialURL(*siteListManager_->sites()));
+    browser_.makeView(windowModel_.initialURL());
 }
 
 MainWindowView& CorvaneApp::window()

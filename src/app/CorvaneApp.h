@@ -8,11 +8,13 @@
 #include "catalogue/SiteListManager.h"
 #include "notifications/PushDeviceManager.h"
 #include "platform/FolderResources.h"
+#include "platform/GioDesktop.h"
 #include "platform/GlibHostInfo.h"
 #include "platform/GlibMainQueue.h"
 #include "platform/JsonDefaultsStore.h"
 #include "platform/LogindWake.h"
 #include "platform/PosixFileStore.h"
+#include "platform/PosixIncomingFiles.h"
 #include "platform/RendererChoice.h"
 #include "platform/SoupHttpClient.h"
 #include "platform/SystemClock.h"
@@ -22,7 +24,9 @@
 #include "ports/Places.h"
 #include "refresh/StatusRefreshCoordinator.h"
 #include "screens/ActivationModel.h"
+#include "screens/InstallerDownloadModel.h"
 #include "screens/MainWindowModel.h"
+#include "screens/SheetsModel.h"
 #include "screens/SiteSelectorModel.h"
 #include "screens/ToolbarModel.h"
 #include "settings/SettingsManager.h"
@@ -31,7 +35,9 @@
 #include "ui/MainWindowView.h"
 #include "ui/WindowMonitor.h"
 #include "updates/AppUpdateManager.h"
+#include "updates/DMGDownloadHelper.h"
 
+#include <functional>
 #include <memory>
 
 namespace corvane {
@@ -40,7 +46,8 @@ namespace corvane {
 /// its style and its C++ binding are started with the window.
 class CorvaneApp {
 public:
-    CorvaneApp(Endpoints endpoints, Places places, Renderer renderer);
+    /// `quit` ends the program in the ordinary way.
+    CorvaneApp(Endpoints endpoints, Places places, const RendererChoice& renderer, std::function<void()> quit);
     ~CorvaneApp();
 
     /// Makes the browser view and starts the first load, before there is a window to show it.
@@ -82,8 +89,9 @@ private:
     SystemClock clock_;
     GlibMainQueue queue_;
     SoupHttpClient http_;
-
     LogindWake wake_;
+    PosixIncomingFiles incoming_;
+    GioDesktop desktop_;
 
     // The schedule holds these three weakly.
     std::shared_ptr<SettingsManager> settingsManager_;
@@ -92,12 +100,15 @@ private:
     AnalyticsManager analytics_;
     PushDeviceManager pushDevices_;
     StatusRefreshCoordinator refresh_;
+    DMGDownloadHelper installers_;
     AppState appState_;
 
     AllowedHosts allowedHosts_;
     WebViewCoordinator coordinator_;
     WebViewRepresentable browser_;
 
+    SheetsModel sheetsModel_;
+    InstallerDownloadModel installerModel_;
     MainWindowModel windowModel_;
     ToolbarModel toolbarModel_;
     SiteSelectorModel selectorModel_;

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
+#include <utility>
 
 #include <fmt/format.h>
 #include <glib.h>
@@ -42,8 +43,8 @@ int main(int count, char** arguments)
 {
     if (const int status = answerOptions(count, arguments); status >= 0)
         return status;
-    const auto renderer = corvane::chooseRenderer();
+    auto renderer = corvane::chooseRenderer();
     g_set_prgname(corvane::AppInfo::applicationId);
     g_set_application_name("Corvane");
-    return corvane::AppDelegate(renderer).run();
+    return corvane::AppDelegate(std::move(renderer)).run();
 }

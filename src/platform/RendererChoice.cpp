@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <string>
+#include <string_view>
 #include <system_error>
 
 #include <malloc.h>
@@ -30,19 +30,20 @@ void keepFrameBuffers()
 
 } // namespace
 
-Renderer chooseRenderer()
+RendererChoice chooseRenderer()
 {
-    const char* chosen = std::getenv("GSK_RENDERER");
+    static constexpr auto variable = "GSK_RENDERER";
+    const char* chosen = std::getenv(variable);
     if (chosen == nullptr && !hasRenderNode()) {
-        setenv("GSK_RENDERER", "cairo", 1);
+        setenv(variable, "cairo", 1);
         keepFrameBuffers();
-        return Renderer::software;
+        return {.renderer = Renderer::software, .ownVariables = {variable}};
     }
     if (chosen != nullptr && std::string_view(chosen) == "cairo") {
         keepFrameBuffers();
-        return hasRenderNode() ? Renderer::accelerated : Renderer::software;
+        return {.renderer = hasRenderNode() ? Renderer::accelerated : Renderer::software, .ownVariables = {}};
     }
-    return Renderer::accelerated;
+    return {.renderer = Renderer::accelerated, .ownVariables = {}};
 }
 
 } // namespace corvane

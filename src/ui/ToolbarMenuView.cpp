@@ -5,7 +5,6 @@
 
 #include <string>
 
-#include <giomm/themedicon.h>
 #include <gtkmm/button.h>
 #include <gtkmm/image.h>
 #include <gtkmm/label.h>
@@ -35,18 +34,25 @@ ToolbarMenuView::ToolbarMenuView(ToolbarModel& model, KeyMonitor& keys) : model_
 
 void ToolbarMenuView::addEntry(const ToolbarModel::MenuEntry& entry)
 {
+    auto* icon = Gtk::make_managed<Gtk::Image>();
+    auto* title = Gtk::make_managed<Gtk::Label>();
     auto* row = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 12);
-    row->append(*Gtk::make_managed<Gtk::Image>(Gio::ThemedIcon::create(std::string(entry.icon))));
-    row->append(*Gtk::make_managed<Gtk::Label>(std::string(entry.title)));
+    row->append(*icon);
+    row->append(*title);
 
     auto* button = Gtk::make_managed<Gtk::Button>();
     button->set_child(*row);
     button->set_has_frame(false);
     setAccessibleName(*button, std::string(entry.title));
-    button->signal_clicked().connect([this, entry] {
+    button->signal_clicked().connect([this, item = entry.item] {
         closeAndFocusPage(popover_);
-        model_.choose(entry);
+        model_.choose(item);
     });
+    observations_.push_back(model_.state(entry.item).bind([icon, title, button](const ToolbarModel::EntryState& state) {
+        icon->set_from_icon_name(std::string(state.icon));
+        title->set_text(std::string(state.title) + (state.hasBadge ? "●" : ""));
+        button->set_sensitive(state.isEnabled);
+    }));
     entries_.append(*button);
     if (entry.endsGroup)
         entries_.append(*Gtk::make_managed<Gtk::Separator>());

@@ -3,6 +3,8 @@
 #include "screens/ToolbarModel.h"
 #include "ui/KeyMonitor.h"
 
+#include <vector>
+
 #include <gtkmm/box.h>
 #include <gtkmm/menubutton.h>
 #include <gtkmm/popover.h>
@@ -21,6 +23,7 @@ private:
     ToolbarModel& model_;
     Gtk::Popover popover_;
     Gtk::Box entries_{Gtk::Orientation::VERTICAL};
+    std::vector<Subscription> observations_;
 };
 
 } // namespace corvane

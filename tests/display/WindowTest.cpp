@@ -48,7 +48,8 @@ protected:
 
     void start()
     {
-        app.emplace(endpointsAt(server.site() + "/", server.site() + "/"), places, Renderer::software);
+        app.emplace(endpointsAt(server.site() + "/", server.site() + "/"), places,
+                    RendererChoice{.renderer = Renderer::software, .ownVariables = {}}, [] {});
         app->startFirstLoad();
         app->window().present();
         keepEngineOf(app->window().get_child()->gobj());

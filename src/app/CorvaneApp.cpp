@@ -65,7 +65,8 @@ CorvaneApp::CorvaneApp(Endpoints endpoints, Places places, const RendererChoice&
                      .appUpdate = windowModel_.showAppUpdateBadge(),
                      .notification = windowModel_.showNotificationBadge()}),
       selectorModel_(appState_, siteListManager_->sites(), defaults_, analytics_),
-      keys_([this] { notifications_.post(toggleURLModeNotification); }),
+      shortcuts_(appState_, toolbarModel_, selectorModel_, [this] { notifications_.post(toggleURLModeNotification); }),
+      keys_([this](const KeyPress& key, KeyMonitor::Place place) { return shortcuts_.press(key, place); }),
       activation_(queue_, WindowMonitor::isAnyWindowActive, [this] { activated(); }), windows_(keys_, activation_)
 {
     windowModel_.observe(notifications_);

@@ -27,6 +27,7 @@
 #include "screens/InstallerDownloadModel.h"
 #include "screens/MainWindowModel.h"
 #include "screens/SheetsModel.h"
+#include "screens/ShortcutModel.h"
 #include "screens/SiteSelectorModel.h"
 #include "screens/ToolbarModel.h"
 #include "settings/SettingsManager.h"
@@ -114,6 +115,7 @@ private:
     SiteSelectorModel selectorModel_;
 
     NotificationCenter notifications_;
+    ShortcutModel shortcuts_;
     KeyMonitor keys_;
     ActivationModel activation_;
     WindowMonitor windows_;

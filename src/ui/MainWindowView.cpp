@@ -13,7 +13,7 @@ MainWindowView::MainWindowView(const Models& models)
     set_size_request(800, 600);
     set_titlebar(toolbar_);
     set_child(*Glib::wrap(WebKitViewFactory::widget(models.browser)));
-    models.windows.watch(*this);
+    models.windows.watchMainWindow(*this);
     observations_.push_back(
         model_.appState().title.bind([this](const std::string&) { set_title(model_.windowTitle()); }));
     // A page that fills the screen has it to itself.

@@ -7,6 +7,17 @@ namespace corvane {
 void WindowMonitor::watch(Gtk::Window& window)
 {
     keys_.watch(window);
+    watchFocus(window);
+}
+
+void WindowMonitor::watchMainWindow(Gtk::Window& window)
+{
+    keys_.watchMainWindow(window);
+    watchFocus(window);
+}
+
+void WindowMonitor::watchFocus(Gtk::Window& window)
+{
     window.property_is_active().signal_changed().connect([this] { activation_.focusMoved(); });
 }
 

@@ -13,7 +13,10 @@ public:
     /// Both must outlive this object, which must outlive the windows it watches.
     WindowMonitor(KeyMonitor& keys, ActivationModel& activation) : keys_(keys), activation_(activation) {}
 
+    /// A dialog.
     void watch(Gtk::Window& window);
+
+    void watchMainWindow(Gtk::Window& window);
 
     KeyMonitor& keys() const { return keys_; }
 
@@ -21,6 +24,8 @@ public:
     static bool isAnyWindowActive();
 
 private:
+    void watchFocus(Gtk::Window& window);
+
     KeyMonitor& keys_;
     ActivationModel& activation_;
 };

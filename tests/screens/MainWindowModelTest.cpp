@@ -1,7 +1,6 @@
 #include "screens/MainWindowModel.h"
 
 #include "screens/ActivationModel.h"
-#include "screens/KeyPress.h"
 #include "screens/ScreenWorld.h"
 
 #include <gtest/gtest.h>
@@ -213,16 +212,6 @@ TEST(MainWindowModelTest, AppliesACatalogueAndDoesNothingWithoutOne)
     EXPECT_EQ(world.takePending(), "none");
     EXPECT_TRUE(world.desktop.calls.empty());
     EXPECT_EQ(world.http.requests().size(), requests);
-}
-
-TEST(KeyPressTest, TogglesURLModeByExactlyControlShiftU)
-{
-    EXPECT_TRUE((KeyPress{.character = U'u', .shift = true, .control = true}.togglesURLMode()));
-    EXPECT_FALSE((KeyPress{.character = U'u', .control = true}.togglesURLMode()));
-    EXPECT_FALSE((KeyPress{.character = U'u', .shift = true, .control = true, .alternate = true}.togglesURLMode()));
-    EXPECT_FALSE((KeyPress{.character = U'u', .shift = true, .command = true}.togglesURLMode()));
-    EXPECT_FALSE((KeyPress{.character = U'г', .shift = true, .control = true}.togglesURLMode()));
-    EXPECT_FALSE((KeyPress{.shift = true, .control = true}.togglesURLMode()));
 }
 
 } // namespace

@@ -26,8 +26,8 @@ public:
     /// Until there is a rule no link is followed.
     virtual void setLinkRule(LinkRule rule) = 0;
 
-    /// A style sheet of the reader's own for whatever is shown, now and later; it wins over the document's where it says
-    /// "!important". Replaces the one before.
+    /// A style sheet of the reader's own for whatever is shown, now and later; it wins over the document's where it
+    /// says "!important". Replaces the one before.
     virtual void setReaderStyle(std::string_view css) = 0;
 
     /// Shows `html`, UTF-8, which has no address of its own. The text that was given last is not loaded again.

@@ -123,7 +123,7 @@ bool WhatsNewModel::followsLink(const DocumentLink& link)
     if (!url)
         return !hasScheme(link.address);
     if (url->isHttp()) {
-        services_.appState.pendingLoadURL.set(*url);
+        services_.appState.pendingLoadURL.set(url);
         close();
         return false;
     }

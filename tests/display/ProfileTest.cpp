@@ -58,6 +58,7 @@ protected:
     std::vector<std::string> requestedPaths() const
     {
         std::vector<std::string> paths;
+        paths.reserve(server.requests.size());
         for (const auto& request : server.requests)
             paths.push_back(request.path);
         return paths;

@@ -70,7 +70,7 @@ TEST_P(StyleSheetTest, IsReadWholeByTheToolkitAndWinsOverTheDesktopsScheme)
         box.append(*label);
         labels.emplace_back(label, color);
     };
-    const auto addButton = [&](std::vector<Glib::ustring> classes, const Color& color, bool isChecked = false) {
+    const auto addButton = [&](const std::vector<Glib::ustring>& classes, const Color& color, bool isChecked = false) {
         auto* button = Gtk::make_managed<Gtk::ToggleButton>();
         auto* label = Gtk::make_managed<Gtk::Label>("x");
         button->set_child(*label);

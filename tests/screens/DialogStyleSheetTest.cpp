@@ -116,11 +116,12 @@ TEST_P(ShippedSheet, KeepsTheLabelsOfButtonsReadableInEveryState)
     for (const std::string button : {"button.primary", "button.segment:checked", "button.donate", "button.secondary",
                                      "button.segment", "dropdown > button", "button.flat-row", "switch:checked"}) {
         for (const std::string state : {"", ":hover", ":active"}) {
-            if (!rules.contains(".themed-dialog " + button + state))
+            const auto plain = ".themed-dialog " + button;
+            const auto rule = rules.find(std::string(plain).append(state));
+            if (rule == rules.end())
                 continue;
-            const auto own = rules.at(".themed-dialog " + button);
-            const auto label = own.contains("color") ? color(button, "color") : colors.text;
-            const auto fill = rules.at(".themed-dialog " + button + state).at("background-color");
+            const auto label = rules.at(plain).contains("color") ? color(button, "color") : colors.text;
+            const auto& fill = rule->second.at("background-color");
             EXPECT_GE(contrastOn(label, parseCSSColor(fill).value_or(Color::clear())), leastContrast)
                 << button << state;
         }
@@ -161,12 +162,11 @@ TEST_P(ShippedSheet, KeepsDocumentsInTheThemeWhateverTheDesktopSays)
     for (const auto& [selector, declarations] : notes) {
         for (const auto& [property, value] : declarations)
             EXPECT_TRUE(value.ends_with(" !important")) << selector << ' ' << property;
-        if (!selector.contains("badge"))
-            continue;
-        const auto hex = [&](const std::string& property) {
-            return colorFromHex(declarations.at(property).substr(0, 7));
-        };
-        EXPECT_GE(contrastRatio(hex("color"), hex("background")), leastContrast) << selector;
+    }
+    for (const auto* badge : {".whatsnew .badge-feat", ".whatsnew .badge-enh", ".whatsnew .badge-fix"}) {
+        const auto text = colorFromHex(notes.at(badge).at("color").substr(0, 7));
+        const auto fill = colorFromHex(notes.at(badge).at("background").substr(0, 7));
+        EXPECT_GE(contrastRatio(text, fill), leastContrast) << badge;
     }
 
     const auto notification = parsed(notificationReaderStyle(colors));

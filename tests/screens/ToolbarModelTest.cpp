@@ -2,6 +2,9 @@
 
 #include "screens/ScreenWorld.h"
 
+#include <algorithm>
+#include <array>
+
 #include <gtest/gtest.h>
 
 namespace corvane::testing {
@@ -60,12 +63,12 @@ protected:
 TEST_F(ToolbarModelTest, ButtonsFollowTheBrowserAndAskForTheirAction)
 {
     const auto enabled = [&] {
-        std::vector<bool> answers;
-        for (const auto& button : ToolbarModel::buttons)
-            answers.push_back(*toolbar.isEnabled(button.action));
-        return answers; // Back, Home, Forward, Reload, Stop
+        std::array<bool, 5> answers{}; // Back, Home, Forward, Reload, Stop
+        std::ranges::transform(ToolbarModel::buttons, answers.begin(),
+                               [&](const auto& button) { return *toolbar.isEnabled(button.action); });
+        return answers;
     };
-    EXPECT_EQ(enabled(), (std::vector{false, true, false, true, false}));
+    EXPECT_EQ(enabled(), (std::array{false, true, false, true, false}));
     for (const auto& button : ToolbarModel::buttons)
         toolbar.perform(button.action);
     EXPECT_EQ(state.pendingAction.value(), WebViewAction::reload);
@@ -74,7 +77,7 @@ TEST_F(ToolbarModelTest, ButtonsFollowTheBrowserAndAskForTheirAction)
     state.canGoBack.set(true);
     state.canGoForward.set(true);
     state.isLoading.set(true);
-    EXPECT_EQ(enabled(), std::vector(5, true));
+    EXPECT_EQ(enabled(), (std::array{true, true, true, true, true}));
     for (const auto& button : ToolbarModel::buttons) {
         toolbar.perform(button.action);
         EXPECT_EQ(*state.pendingAction, button.action);

@@ -10,12 +10,6 @@
 #include <gtkmm/scrolledwindow.h>
 
 namespace corvane {
-namespace {
-
-constexpr const char* okResponse = "ok";
-constexpr const char* cancelResponse = "cancel";
-
-} // namespace
 
 PagePanelView::PagePanelView(WebViewCoordinator& coordinator, Gtk::Window& mainWindow, WindowMonitor& windows)
     : coordinator_(coordinator), mainWindow_(mainWindow), windows_(windows)
@@ -37,27 +31,17 @@ void PagePanelView::show(const std::shared_ptr<PagePanel>& panel)
 
 void PagePanelView::open(const PagePanel& panel)
 {
-    dialog_ = GTK_WINDOW(adw_message_dialog_new(topmostWindow().gobj(), panel.heading().c_str(), nullptr));
-    auto* dialog = ADW_MESSAGE_DIALOG(dialog_);
-    if (panel.hasCancel())
-        adw_message_dialog_add_response(dialog, cancelResponse, "Cancel");
-    adw_message_dialog_add_response(dialog, okResponse, "OK");
-    adw_message_dialog_set_default_response(dialog, okResponse);
-    adw_message_dialog_set_close_response(dialog, cancelResponse);
-    adw_message_dialog_set_response_appearance(dialog, okResponse, ADW_RESPONSE_SUGGESTED);
-
     auto* content = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 12);
     content->append(*messageOf(panel));
     if (panel.kind() == ScriptPanel::Kind::prompt)
         content->append(*answerField(panel));
-    adw_message_dialog_set_extra_child(dialog, content->Gtk::Widget::gobj());
-
-    g_signal_connect(dialog, "response", G_CALLBACK(+[](AdwMessageDialog*, char* response, gpointer self) {
-                         static_cast<PagePanelView*>(self)->answered(response);
-                     }),
-                     this);
-    windows_.watch(*Glib::wrap(dialog_));
-    gtk_window_present(dialog_);
+    dialog_ = std::make_unique<MessageDialog>(
+        mainWindow_, windows_,
+        MessageDialog::Content{.heading = panel.heading(),
+                               .body = {},
+                               .cancelLabel = panel.hasCancel() ? std::optional<std::string>("Cancel") : std::nullopt,
+                               .extra = content},
+        [this](MessageDialog::Answer answer) { answered(answer); });
 }
 
 /// Scrolls when it is long: a page must not be able to push the buttons off the screen.
@@ -88,37 +72,20 @@ Gtk::Widget* PagePanelView::answerField(const PagePanel& panel)
     return answer_;
 }
 
-/// The dialog goes without an answer of its own: nobody hears its response any more.
 void PagePanelView::close()
 {
     answer_ = nullptr;
-    if (auto* dialog = std::exchange(dialog_, nullptr)) {
-        g_signal_handlers_disconnect_by_data(dialog, this);
-        gtk_window_destroy(dialog);
-    }
+    dialog_.reset();
 }
 
-void PagePanelView::answered(const char* response)
+void PagePanelView::answered(MessageDialog::Answer answer)
 {
-    const bool isAccepted = std::string_view(response) == okResponse;
     const auto text = answer_ == nullptr ? std::string() : answer_->get_text().raw();
     answer_ = nullptr;
-    dialog_ = nullptr; // The toolkit closes it after its response.
-    if (isAccepted)
+    if (answer == MessageDialog::Answer::accept)
         coordinator_.acceptPanel(text);
     else
         coordinator_.dismissPanel();
-}
-
-Gtk::Window& PagePanelView::topmostWindow() const
-{
-    auto* topmost = &mainWindow_;
-    for (auto* window : Gtk::Window::list_toplevels()) {
-        // Modal windows stack by being transient for each other.
-        if (window->is_visible() && window->get_modal() && (window->is_active() || topmost == &mainWindow_))
-            topmost = window;
-    }
-    return *topmost;
 }
 
 } // namespace corvane

@@ -2,11 +2,10 @@
 
 #include "base/Subscription.h"
 #include "browser/WebViewCoordinator.h"
-#include "ui/WindowMonitor.h"
+#include "ui/MessageDialog.h"
 
 #include <memory>
 
-#include <adwaita.h>
 #include <gtkmm/entry.h>
 #include <gtkmm/window.h>
 
@@ -27,13 +26,12 @@ private:
     static Gtk::Widget* messageOf(const PagePanel& panel);
     Gtk::Widget* answerField(const PagePanel& panel);
     void close();
-    void answered(const char* response);
-    Gtk::Window& topmostWindow() const;
+    void answered(MessageDialog::Answer answer);
 
     WebViewCoordinator& coordinator_;
     Gtk::Window& mainWindow_;
     WindowMonitor& windows_;
-    GtkWindow* dialog_ = nullptr;  // owned by the toolkit until it is destroyed
+    std::unique_ptr<MessageDialog> dialog_;
     Gtk::Entry* answer_ = nullptr; // of a prompt, part of the dialog
     Subscription panels_;
 };

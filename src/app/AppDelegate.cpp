@@ -2,6 +2,7 @@
 
 #include "platform/SandboxCheck.h"
 #include "platform/XdgPlaces.h"
+#include "ui/ShortcutsView.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -65,6 +66,8 @@ int AppDelegate::runPrimary()
     app_->startFirstLoad();
     application_.addAction("about", "", [this] { app_->showAbout(); });
     application_.addAction("preferences", "<Control>comma", [this] { app_->showSettings(); });
+    application_.addAction("shortcuts", "<Control>question", [this] { showShortcuts(app_->window()); });
+    application_.addAction("close", "<Control>w", [this] { application_.closeActiveWindow(); });
     application_.addAction("quit", "<Control>q", [this] { application_.quit(); });
     const int status = application_.run([this] { activate(); }, [this] { app_->willTerminate(); });
     app_.reset();

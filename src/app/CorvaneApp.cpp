@@ -28,7 +28,7 @@ CorvaneApp::CorvaneApp(Endpoints endpoints, Places places, const RendererChoice&
           std::make_shared<SiteListManager>(files_, resources_, places_, SiteListFetcher(http_, clock_, endpoints_))),
       appUpdateManager_(std::make_shared<AppUpdateManager>(http_, clock_, endpoints_, info_)),
       analytics_(defaults_, host_, clock_, info_), pushDevices_(http_, defaults_, endpoints_, info_),
-      refresh_(pushDevices_, clock_, queue_, wake_, systemRandomBits),
+      refresh_(pushDevices_, clock_, queue_, wake_, systemRandomBits), themeManager_(resources_),
       installers_(http_, files_, incoming_, desktop_, clock_, places_), appState_(defaults_, analytics_),
       allowedHosts_(endpoints_.notification),
       coordinator_(appState_, pushDevices_, analytics_, allowedHosts_, queue_, clock_),
@@ -65,6 +65,30 @@ CorvaneApp::CorvaneApp(Endpoints endpoints, Places places, const RendererChoice&
                      .appUpdate = windowModel_.showAppUpdateBadge(),
                      .notification = windowModel_.showNotificationBadge()}),
       selectorModel_(appState_, siteListManager_->sites(), defaults_, analytics_),
+      aboutModel_({.appState = appState_,
+                   .settingsManager = *settingsManager_,
+                   .analytics = analytics_,
+                   .resources = resources_,
+                   .desktop = desktop_,
+                   .endpoints = endpoints_,
+                   .app = info_}),
+      settingsModel_(appState_, *settingsManager_, analytics_, endpoints_),
+      notificationsModel_({.appState = appState_,
+                           .manager = pushDevices_,
+                           .settingsManager = *settingsManager_,
+                           .themeManager = themeManager_,
+                           .desktop = desktop_,
+                           .clock = clock_}),
+      whatsNewModel_({.appState = appState_,
+                      .settingsManager = *settingsManager_,
+                      .themeManager = themeManager_,
+                      .resources = resources_,
+                      .app = info_,
+                      .http = http_,
+                      .clock = clock_,
+                      .desktop = desktop_},
+                     [this](const WhatsNewContext& context) { windowModel_.update(context); }),
+      consentModel_(appState_, *settingsManager_, analytics_, defaults_, endpoints_),
       shortcuts_(appState_, toolbarModel_, selectorModel_, [this] { notifications_.post(toggleURLModeNotification); }),
       keys_([this](const KeyPress& key, KeyMonitor::Place place) { return shortcuts_.press(key, place); }),
       activation_(queue_, WindowMonitor::isAnyWindowActive, [this] { activated(); }), windows_(keys_, activation_)
@@ -86,17 +110,31 @@ MainWindowView& CorvaneApp::window()
         launch();
         addStyleSheet();
         addIcons(resources_.folders());
-        window_ = std::make_unique<MainWindowView>(MainWindowView::Models{.window = windowModel_,
-                                                                          .toolbar = toolbarModel_,
-                                                                          .selector = selectorModel_,
-                                                                          .coordinator = coordinator_,
-                                                                          .browser = *browser_.view(),
-                                                                          .windows = windows_});
+        window_ = std::make_unique<MainWindowView>(models());
         selectorModel_.appear();
         windowModel_.created();
         sweeping_ = queue_.post([this] { sweepFolders(); });
     }
     return *window_;
+}
+
+MainWindowView::Models CorvaneApp::models()
+{
+    return {.window = windowModel_,
+            .toolbar = toolbarModel_,
+            .selector = selectorModel_,
+            .coordinator = coordinator_,
+            .browser = *browser_.view(),
+            .windows = windows_,
+            .sheets = {.sheets = sheetsModel_,
+                       .about = aboutModel_,
+                       .settings = settingsModel_,
+                       .notifications = notificationsModel_,
+                       .whatsNew = whatsNewModel_,
+                       .consent = consentModel_,
+                       .themes = themeManager_,
+                       .settingsManager = *settingsManager_,
+                       .documents = views_}};
 }
 
 void CorvaneApp::startToolkit()

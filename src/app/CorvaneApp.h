@@ -23,14 +23,20 @@
 #include "ports/Endpoints.h"
 #include "ports/Places.h"
 #include "refresh/StatusRefreshCoordinator.h"
+#include "screens/AboutModel.h"
 #include "screens/ActivationModel.h"
+#include "screens/AnalyticsConsentModel.h"
 #include "screens/InstallerDownloadModel.h"
 #include "screens/MainWindowModel.h"
+#include "screens/NotificationsModel.h"
+#include "screens/SettingsModel.h"
 #include "screens/SheetsModel.h"
 #include "screens/ShortcutModel.h"
 #include "screens/SiteSelectorModel.h"
 #include "screens/ToolbarModel.h"
+#include "screens/WhatsNewModel.h"
 #include "settings/SettingsManager.h"
+#include "settings/ThemeManager.h"
 #include "state/AppNotifications.h"
 #include "state/AppState.h"
 #include "ui/MainWindowView.h"
@@ -72,6 +78,7 @@ public:
 
 private:
     static void startToolkit();
+    MainWindowView::Models models();
     void launch();
     void refreshAfterFirstPage();
     void startRefreshing();
@@ -101,6 +108,7 @@ private:
     AnalyticsManager analytics_;
     PushDeviceManager pushDevices_;
     StatusRefreshCoordinator refresh_;
+    ThemeManager themeManager_;
     DMGDownloadHelper installers_;
     AppState appState_;
 
@@ -113,6 +121,12 @@ private:
     MainWindowModel windowModel_;
     ToolbarModel toolbarModel_;
     SiteSelectorModel selectorModel_;
+
+    AboutModel aboutModel_;
+    SettingsModel settingsModel_;
+    NotificationsModel notificationsModel_;
+    WhatsNewModel whatsNewModel_;
+    AnalyticsConsentModel consentModel_;
 
     NotificationCenter notifications_;
     ShortcutModel shortcuts_;

@@ -39,6 +39,10 @@ public:
     void addAction(const char* name, const char* key, std::function<void()> action);
 
     void addWindow(GtkWindow* window);
+
+    /// Asks the window that has the focus to close.
+    void closeActiveWindow();
+
     void quit();
 
 private:

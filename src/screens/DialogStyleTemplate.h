@@ -16,7 +16,7 @@ inline constexpr std::string_view dialogStyleTemplate = R"(
 .themed-dialog.csd:not(.maximized):not(.fullscreen):not(.tiled) { border-radius: $radius; }
 
 .themed-dialog .dialog-header {
-    min-height: 52px;
+    min-height: 51px;
     background-image: linear-gradient(to bottom, $background1, $background2, $background3);
     border-bottom: 1px solid $text/12;
     color: $heading;

@@ -10,7 +10,7 @@ void setProperty(Gtk::Widget& widget, GtkAccessibleProperty property, const std:
 {
     auto* whole = widget.gobj();
     gtk_accessible_update_property(GTK_ACCESSIBLE(whole), property, text.c_str(), -1);
-    auto* inner = GTK_IS_MENU_BUTTON(whole) ? gtk_widget_get_first_child(whole) : nullptr;
+    auto* inner = GTK_IS_MENU_BUTTON(whole) || GTK_IS_DROP_DOWN(whole) ? gtk_widget_get_first_child(whole) : nullptr;
     if (inner != nullptr)
         gtk_accessible_update_property(GTK_ACCESSIBLE(inner), property, text.c_str(), -1);
 }

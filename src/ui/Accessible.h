@@ -6,8 +6,8 @@
 
 namespace corvane {
 
-/// Gives a widget the name that assistive technology reads. Of a menu button its inner toggle button is the one that is
-/// pressed and read, so that one is named too.
+/// Gives a widget the name that assistive technology reads. Of a menu button and of a drop-down list their inner button
+/// is the one that is pressed and read, so that one is named too.
 void setAccessibleName(Gtk::Widget& widget, const std::string& name);
 
 /// The same for what is read after the name.

@@ -40,6 +40,29 @@ menubutton.nav-button { padding: 0; }
     background-color: @view_bg_color;
     color: alpha(@view_fg_color, 0.55);
 }
+.badge-dot { background-color: #e01b24; border-radius: 4px; min-width: 8px; min-height: 8px; }
+.entry-badge { color: #e01b24; }
+.download-shade { background-color: rgba(0, 0, 0, 0.18); }
+.download-panel { background-color: alpha(@popover_bg_color, 0.96); color: @popover_fg_color; border-radius: 12px; }
+
+.themed-dialog .dialog-header { padding: 0 20px; }
+.themed-dialog .dialog-content { padding: 20px; }
+.themed-dialog .dialog-content.flush { padding: 0; }
+.themed-dialog .dialog-footer { padding: 16px; }
+.themed-dialog .dialog-footer button { min-width: 72px; }
+.themed-dialog .card { padding: 14px 16px; }
+.themed-dialog .card.rows { padding: 0; }
+.themed-dialog .row { padding: 10px 14px; }
+.themed-dialog .row button { padding-top: 4px; padding-bottom: 4px; }
+.themed-dialog .product-name { font-size: 1.9em; font-weight: bold; }
+.themed-dialog .version-line { font-size: 1.05em; padding: 2px 0; }
+.themed-dialog .support-prompt { padding-top: 12px; }
+.themed-dialog .links { padding-top: 14px; }
+.themed-dialog .status-row { padding: 10px 20px; }
+.themed-dialog .notification-list { padding: 8px; }
+.themed-dialog .notification-list > row { padding: 0; border-radius: 8px; }
+.themed-dialog .flat-row { padding: 6px 10px; }
+
 .toolbar-menu button { padding: 6px 12px; font-weight: normal; border-radius: 6px; }
 )";
 

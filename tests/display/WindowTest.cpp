@@ -5,6 +5,11 @@
 #include "support/TemporaryFolder.h"
 #include "support/TestEndpoints.h"
 
+#include <functional>
+#include <string>
+#include <tuple>
+#include <vector>
+
 #include <gtest/gtest.h>
 #include <gtkmm/entry.h>
 #include <gtkmm/label.h>
@@ -52,7 +57,7 @@ protected:
                     RendererChoice{.renderer = Renderer::software, .ownVariables = {}}, [] {});
         app->startFirstLoad();
         app->window().present();
-        keepEngineOf(app->window().get_child()->gobj());
+        keepEngineOf(app->window().browser().gobj());
     }
 
     [[nodiscard]] bool titleBecomes(const std::string& title)
@@ -138,6 +143,54 @@ TEST_F(WindowTest, TakesTypedAddressesInURLMode)
     EXPECT_FALSE(field->get_mapped());
 }
 
+/// The modal window that is seen, if there is one.
+Gtk::Window* modalWindow()
+{
+    for (auto* window : Gtk::Window::list_toplevels()) {
+        if (window->get_modal() && window->get_visible())
+            return window;
+    }
+    return nullptr;
+}
+
+TEST_F(WindowTest, OpensEachDialogAndTakesTheRequestBackWhenItCloses)
+{
+    server.pages["/api/notifications/pending"] = {
+        .body = R"({"notifications":[{"recipientId":1,"title":"One"},{"recipientId":2,"title":"Two"}]})"};
+    start();
+    ASSERT_TRUE(iterateUntil([&] { return app->pushDevices().pending()->size() == 2; }));
+    auto& state = app->state();
+    const WhatsNewContext notes{.whatsNewHTML = "<p>Notes</p>", .isSiteListUpdate = true, .hasSiteUpdate = true};
+    const std::vector<std::tuple<std::string, std::string, std::function<void()>, std::function<bool()>>> dialogs{
+        {"About Corvane", "OK", [&] { state.showAbout.set(true); }, [&] { return *state.showAbout; }},
+        {"Settings", "Cancel", [&] { state.showSettings.set(true); }, [&] { return *state.showSettings; }},
+        {"Notifications", "Close", [&] { state.showNotifications.set(true); },
+         [&] { return *state.showNotifications; }},
+        {"What's New – Service List", "Cancel", [&] { state.activeWhatsNew.set(notes); },
+         [&] { return state.activeWhatsNew->has_value(); }},
+        {"Analytics Data Collection", "Disable Analytics", [&] { state.showAnalyticsConsent.set(true); },
+         [&] { return *state.showAnalyticsConsent; }},
+    };
+    for (const auto& [title, answer, ask, isAsked] : dialogs) {
+        for (const bool byWindow : {false, true}) {
+            ask();
+            ASSERT_TRUE(iterateUntil([] { return modalWindow() != nullptr; })) << title;
+            EXPECT_EQ(modalWindow()->get_title().raw(), title);
+            if (byWindow) {
+                modalWindow()->close();
+            } else {
+                auto* pressed = find<Gtk::Button>(
+                    *modalWindow(), [&](Gtk::Button& button) { return button.get_label().raw() == answer; });
+                ASSERT_NE(pressed, nullptr) << answer;
+                g_signal_emit_by_name(pressed->gobj(), "clicked");
+            }
+            EXPECT_TRUE(iterateUntil([] { return modalWindow() == nullptr; })) << title;
+            EXPECT_FALSE(isAsked()) << title;
+        }
+    }
+    EXPECT_EQ(app->pushDevices().pending()->size(), 2U); // Closing the list marks nothing as read.
+}
+
 TEST_F(WindowTest, ShowsAPagesQuestionAndCancelsItWhenThePageIsLeft)
 {
     start();
@@ -145,21 +198,15 @@ TEST_F(WindowTest, ShowsAPagesQuestionAndCancelsItWhenThePageIsLeft)
     server.pages["/second"].body =
         "<!doctype html><script>confirm('<b>Leave?</b>' + '\\n'.repeat(4000))</script><title>Second</title>";
     app->state().pendingLoadURL.set(Url::parse(server.site() + "/second"));
-    const auto dialog = [] {
-        for (auto* window : Gtk::Window::list_toplevels()) {
-            if (window->get_modal() && window->get_visible())
-                return window;
-        }
-        return static_cast<Gtk::Window*>(nullptr);
-    };
-    ASSERT_TRUE(iterateUntil([&] { return dialog() != nullptr; }));
+    ASSERT_TRUE(iterateUntil([&] { return modalWindow() != nullptr; }));
     EXPECT_TRUE(find<Gtk::Label>(
-        *dialog(), [](Gtk::Label& label) { return label.get_text().raw().starts_with("<b>Leave?</b>\n"); }));
-    EXPECT_TRUE(find<Gtk::Label>(*dialog(), [](Gtk::Label& label) { return label.get_text() == "127.0.0.1 says"; }));
-    EXPECT_LE(dialog()->get_height(), 700);
+        *modalWindow(), [](Gtk::Label& label) { return label.get_text().raw().starts_with("<b>Leave?</b>\n"); }));
+    EXPECT_TRUE(
+        find<Gtk::Label>(*modalWindow(), [](Gtk::Label& label) { return label.get_text() == "127.0.0.1 says"; }));
+    EXPECT_LE(modalWindow()->get_height(), 700);
     app->state().pendingLoadURL.set(Url::parse(server.site() + "/chat"));
     EXPECT_TRUE(titleBecomes("Chat"));
-    EXPECT_EQ(dialog(), nullptr);
+    EXPECT_EQ(modalWindow(), nullptr);
 }
 
 } // namespace

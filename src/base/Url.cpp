@@ -274,4 +274,9 @@ std::string Url::origin() const
     return origin;
 }
 
+bool isLoadable(const Url& url)
+{
+    return url.scheme() != "javascript";
+}
+
 } // namespace corvane

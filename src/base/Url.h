@@ -60,4 +60,7 @@ private:
     std::size_t fragmentStart_ = std::string::npos; // of the character after "#"
 };
 
+/// Whether a view may be sent to this address. A javascript address would run in the page shown.
+bool isLoadable(const Url& url);
+
 } // namespace corvane

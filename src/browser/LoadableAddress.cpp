@@ -8,11 +8,6 @@
 
 namespace corvane {
 
-bool isLoadable(const Url& url)
-{
-    return url.scheme() != "javascript";
-}
-
 std::optional<Url> parseLoadable(std::string_view text)
 {
     auto url = Url::parse(text);

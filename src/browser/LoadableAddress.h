@@ -7,9 +7,6 @@
 
 namespace corvane {
 
-/// Whether the main view may be sent to this address. A javascript address would run in the page shown.
-bool isLoadable(const Url& url);
-
 /// An address from the catalogue or another list, as the main view may load it.
 std::optional<Url> parseLoadable(std::string_view text);
 

@@ -3,6 +3,7 @@
 #include "base/Json.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace corvane {
 
@@ -14,9 +15,12 @@ std::optional<HostedVersion> decodeHostedVersion(std::string_view bytes)
         return std::nullopt;
 
     HostedVersion hosted{.version = *version};
-    if (const auto* link = textOf(member(*document, "downloadURL")))
-        hosted.downloadURL = Url::parse(*link);
-    if (const auto* digest = member(*document, "sha256")) {
+    if (const auto* link = textOf(member(*document, "downloadURL"))) {
+        auto url = Url::parse(*link);
+        if (url && isLoadable(*url))
+            hosted.downloadURL = std::move(url);
+    }
+    if (const auto* digest = member(*document, "sha256"); digest != nullptr && !digest->is_null()) {
         const auto* text = textOf(digest);
         hosted.sha256 = text == nullptr ? std::string() : *text;
     }

@@ -60,9 +60,12 @@ TEST_F(AppUpdateManagerTest, OffersTheNewerVersionWithItsLinkNotesAndArchive)
     for (const auto& request : http_.requests())
         EXPECT_TRUE(request.method == HttpMethod::get && request.headers.empty() && request.body.empty());
 
-    published_[versionAddress] = R"({"version":"1.3","sha256":"ab"})";
     const auto page = Url::parse("http://127.0.0.1:3002/Corvane/mac/");
-    EXPECT_EQ(check(), CheckResult(UpdateAvailable{"1.3 Aug 12, 2026", archives_, "1.3", page, {}}));
+    for (const auto* version : {R"({"version":"1.3","sha256":"ab"})",
+                                R"({"version":"1.3","downloadURL":"javascript:x.dmg","sha256":"ab"})"}) {
+        published_[versionAddress] = version;
+        EXPECT_EQ(check(), CheckResult(UpdateAvailable{"1.3 Aug 12, 2026", archives_, "1.3", page, {}}));
+    }
 
     published_[store] = R"({"results":[{"version":"1.3"}]})";
     EXPECT_EQ(check(), CheckResult(UpdateAvailable{"1.3 Aug 12, 2026", archives_, "1.3", {}, {}}));

@@ -24,8 +24,12 @@ TEST(HostedVersionTest, ReadsAVersionFileAndWhatIsUsableOfItsLink)
         {R"({"version":"1.3"})", "1.3 - -"},
         {R"({"version":"newest","downloadURL":"no address"})", "newest - -"},
         {R"({"version":"1.3","downloadURL":7})", "1.3 - -"},
-        {R"({"version":"1.3","downloadURL":null,"sha256":null})", "1.3 - "}, // a digest that nothing matches
-        {R"({"version":"1.3","sha256":["ab"]})", "1.3 - "},
+        {R"({"version":"1.3","downloadURL":null,"sha256":null})", "1.3 - -"},
+        {R"({"version":"1.3","sha256":["ab"]})", "1.3 - "}, // a digest that nothing matches
+        {R"({"version":"1.3","sha256":""})", "1.3 - "},
+        {R"({"version":"1.3","downloadURL":"javascript:x.dmg"})", "1.3 - -"},
+        {R"({"version":"1.3","downloadURL":"JavaScript:x","sha256":"ab"})", "1.3 - ab"},
+        {R"({"version":"1.3","downloadURL":"data:text/plain,x"})", "1.3 data:text/plain,x -"},
         {R"({"version":""})", "none"},
         {R"({"version":1.3})", "none"},
         {R"({"Version":"1.3"})", "none"},

@@ -1,8 +1,8 @@
 #include "updates/DMGDownloadHelper.h"
 
 #include "base/Text.h"
-#include "updates/ArrivingInstaller.h"
 #include "updates/InstallerFileName.h"
+#include "updates/InstallerSink.h"
 
 #include <utility>
 
@@ -27,14 +27,14 @@ DMGDownloadHelper::DMGDownloadHelper(HttpClient& http, FileStore& files, Incomin
 Task<DMGDownloadHelper::Result> DMGDownloadHelper::download(Url from, std::optional<std::string> sha256,
                                                             DownloadObserver observer)
 {
-    ArrivingInstaller arriving(files_, incoming_, places_);
-    const auto status = co_await http_.download(from, &arriving, std::move(observer));
+    InstallerSink sink(files_, incoming_, places_);
+    const auto status = co_await http_.download(from, &sink, std::move(observer));
     if (!status)
         co_return std::unexpected(status.error());
     if (*status < 200 || *status > 299)
         co_return failure(fmt::format("Server returned status {}.", *status));
 
-    const auto file = arriving.file();
+    const auto file = sink.file();
     if (!file)
         co_return std::unexpected(file.error());
     if (sha256 && lowercased(*sha256) != (*file)->sha256())

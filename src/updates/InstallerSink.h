@@ -11,10 +11,10 @@ namespace corvane {
 
 /// Takes an installer image as it arrives, near where it is likely to be stored. No file exists before there are bytes
 /// for it, so that a failed request is told before any trouble with folders.
-class ArrivingInstaller final : public ByteSink {
+class InstallerSink final : public ByteSink {
 public:
     /// All must outlive this object.
-    ArrivingInstaller(FileStore& files, IncomingFiles& incoming, const Places& places)
+    InstallerSink(FileStore& files, IncomingFiles& incoming, const Places& places)
         : files_(files), incoming_(incoming), places_(places)
     {
     }

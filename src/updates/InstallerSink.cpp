@@ -1,10 +1,10 @@
-#include "updates/ArrivingInstaller.h"
+#include "updates/InstallerSink.h"
 
 #include <utility>
 
 namespace corvane {
 
-Result<void> ArrivingInstaller::write(std::string_view bytes)
+Result<void> InstallerSink::write(std::string_view bytes)
 {
     const auto opened = file();
     if (!opened)
@@ -12,7 +12,7 @@ Result<void> ArrivingInstaller::write(std::string_view bytes)
     return (*opened)->write(bytes);
 }
 
-Result<IncomingFile*> ArrivingInstaller::file()
+Result<IncomingFile*> InstallerSink::file()
 {
     if (!file_) {
         auto created = create();
@@ -23,7 +23,7 @@ Result<IncomingFile*> ArrivingInstaller::file()
     return file_.get();
 }
 
-Result<std::unique_ptr<IncomingFile>> ArrivingInstaller::create()
+Result<std::unique_ptr<IncomingFile>> InstallerSink::create()
 {
     if (places_.downloads) {
         if (auto created = incoming_.create(*places_.downloads))

@@ -22,7 +22,9 @@ bool isPlain(std::string_view name)
 
 std::string installerFileName(const Url& url)
 {
-    const auto path = url.path();
+    auto path = url.path();
+    while (path.ends_with('/'))
+        path.remove_suffix(1);
     auto name = percentDecoded(path.substr(path.rfind('/') + 1));
     const bool isUsable = lowercased(name).ends_with(extension) && isPlain(name);
     return isUsable ? name : std::string(defaultName);

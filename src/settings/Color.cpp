@@ -6,6 +6,8 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <locale>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -35,6 +37,16 @@ std::optional<Color> colorFromDigits(std::string_view digits)
     return Color{component(24), component(16), component(8), component(0)};
 }
 
+/// The double nearest to a well-formed decimal number that from_chars calls out of range: 0 for one that is too small;
+/// empty for one that is too large. Streams tell the two apart.
+std::optional<double> tinyNumber(std::string_view text)
+{
+    std::istringstream stream{std::string(text)};
+    stream.imbue(std::locale::classic());
+    double number = 0;
+    return stream >> number ? std::optional(number) : std::nullopt;
+}
+
 /// A decimal number that fills the text: sign, fraction and exponent allowed; independent of the user's locale.
 std::optional<double> decimalNumber(std::string_view text)
 {
@@ -46,8 +58,12 @@ std::optional<double> decimalNumber(std::string_view text)
     }
     double number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (end != text.data() + text.size())
+        return std::nullopt;
+    if (error == std::errc::result_out_of_range)
+        return tinyNumber(text);
     // from_chars also knows "inf" and "nan", which are no decimal numbers.
-    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(number))
+    if (error != std::errc() || !std::isfinite(number))
         return std::nullopt;
     return number;
 }

@@ -86,7 +86,11 @@ TEST(Color, ReadsComponentsWithoutClampingThem)
              {"rgb(1,2,inf)", std::nullopt},
              {"rgb(1,2,-infinity)", std::nullopt},
              {"rgb(1,2,nan)", std::nullopt},
+             {"rgb(1e-999,-2e-324,0.5e-99999999999999999999)", bytes(0, 0, 0)}, // too small for a double
              {"rgb(1,2,1e999)", std::nullopt},
+             {"rgb(1,2,-1e99999999999999999999)", std::nullopt},
+             {"rgb(1,2,1e-999x)", std::nullopt},
+             {"rgba(1,2,3,1e-999)", bytes(1, 2, 3, 0)},
              {"rgba(1,2,3,nan)", bytes(1, 2, 3)},
          })
         EXPECT_EQ(parseCSSColor(text), expected) << text;

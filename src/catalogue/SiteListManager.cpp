@@ -28,12 +28,11 @@ void SiteListManager::loadSites()
 void SiteListManager::applyPendingSiteData(std::string_view data)
 {
     std::ignore = files_.makeFolder(file_.parent_path());
-    if (files_.exists(file_)) {
+    if (const auto previous = files_.read(file_)) {
         auto backup = file_;
         backup += ".bak";
         std::ignore = files_.remove(backup);
-        if (const auto previous = files_.read(file_))
-            std::ignore = files_.write(backup, *previous);
+        std::ignore = files_.write(backup, *previous);
     }
     std::ignore = files_.write(file_, data);
     hasPendingSiteUpdate_.set(false);
@@ -74,12 +73,12 @@ Task<SiteListManager::CheckResult> SiteListManager::fetchRemoteSites(std::option
     auto published = co_await fetcher_.fetchSites(std::move(sourceUrl));
     if (!published)
         co_return NetworkError{std::move(published.error().message)};
-    while (!loads_.isEmpty()) // what has been accepted comes into use first
-        co_await IdleTurn();
-    const bool isInUse = published->sites == *sites_;
     auto whatsNewHTML = co_await fetcher_.fetchWhatsNewHTML(published->address, published->time);
     auto archives = co_await fetcher_.fetchArchives(published->address, published->time);
-    if (isInUse)
+    // The user may have accepted this very list during the slow fetches; what has been accepted comes into use first.
+    while (!loads_.isEmpty())
+        co_await IdleTurn();
+    if (published->sites == *sites_)
         co_return Current{std::move(whatsNewHTML), std::move(archives)};
     co_return UpdateAvailable{std::move(published->document), std::move(whatsNewHTML), std::move(archives)};
 }

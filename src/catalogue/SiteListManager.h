@@ -24,9 +24,9 @@ namespace corvane {
 /// The catalogue in use and its local copy on disk. No failure to load is reported: without a readable local copy the
 /// list that ships with the program is used, and without that an empty one.
 ///
-/// Checks compare the published catalogue with the one in use and change nothing but the two flags; the bytes that were
-/// seen travel in the result until the user accepts them. Checks may overlap, and destroying one ends it where it is;
-/// the object outlives them all. Main thread only.
+/// Checks compare the published catalogue with the one that is in use when they end, and change nothing but the two
+/// flags; the bytes that were seen travel in the result until the user accepts them. Checks may overlap, and destroying
+/// one ends it where it is; the object outlives them all. Main thread only.
 class SiteListManager {
 public:
     struct UpdateAvailable {
@@ -55,9 +55,9 @@ public:
     /// Reads the catalogue anew, in one piece; never writes.
     void loadSites();
 
-    /// Makes a downloaded catalogue document, byte for byte, the local copy and loads it. The copy before it stays as
-    /// the one backup. A long document is loaded in idle turns and comes into use in the last of them, unless the
-    /// catalogue is read anew or replaced before; any other at once.
+    /// Makes a downloaded catalogue document, byte for byte, the local copy and loads it. The copy before it becomes
+    /// the one backup, if it can be read. A long document is loaded in idle turns and comes into use in the last of
+    /// them, unless the catalogue is read anew or replaced before; any other at once.
     void applyPendingSiteData(std::string_view data);
 
     /// A check that the user asked for. An absent or empty `sourceUrl` means the usual address.

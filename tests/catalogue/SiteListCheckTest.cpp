@@ -325,6 +325,34 @@ TEST_F(SiteListCheckTest, ACheckCancelledBetweenSlicesLeavesNothingBehind)
     }
 }
 
+TEST_F(SiteListCheckTest, AListThatIsAcceptedDuringTheSlowFetchesIsNoUpdateAnyMore)
+{
+    http_.respond = nullptr;
+    for (const auto& list : {std::string(reordered), testing::longCatalogue("accepted"), std::string(inUse)}) {
+        for (const std::size_t waitsFor : {1U, 2U}) { // the release notes, their archive
+            manager_.applyPendingSiteData("[]");
+            const auto first = http_.requests().size();
+            std::optional<std::int64_t> answer;
+            TaskScope scope;
+            scope.start(keepResult(manager_.backgroundCheck(std::nullopt), &answer));
+            const auto respond = [&](std::size_t request, const std::string& body) {
+                ASSERT_TRUE(testing::iterateUntil([&] { return http_.requests().size() > first + request; }));
+                EXPECT_TRUE(http_.answer(first + request, HttpResponse{200, body}));
+            };
+            respond(0, list);
+            if (waitsFor == 2)
+                respond(1, "<p>");
+            manager_.hasPendingSiteUpdate().set(true); // an earlier check saw the same list
+            manager_.applyPendingSiteData(list);
+            for (auto request = waitsFor; request <= 2; ++request)
+                respond(request, "");
+            ASSERT_TRUE(testing::iterateUntil([&] { return answer.has_value(); }));
+            EXPECT_EQ(answer, 0) << list.substr(0, 60);
+            EXPECT_FALSE(*manager_.hasPendingSiteUpdate());
+        }
+    }
+}
+
 TEST_F(SiteListCheckTest, ComparesWithWhatIsInUseOnceTheListIsRead)
 {
     const auto accepted = testing::longCatalogue("accepted");

@@ -94,6 +94,16 @@ TEST_F(SiteListManagerTest, KeepsTheOldCatalogueWhenTheNewOneCannotBeWritten)
     EXPECT_FALSE(*manager.hasPendingSiteUpdate());
 }
 
+TEST_F(SiteListManagerTest, KeepsTheBackupWhenTheCopyThatWouldReplaceItCannotBeRead)
+{
+    files.files = {{backup, document("older")}};
+    files.unremovable = {local}; // takes the name, as a link that leads nowhere
+    SiteListManager manager(files, resources, places, fetcher);
+    manager.applyPendingSiteData(document("new"));
+    EXPECT_EQ(files.files[backup], document("older"));
+    EXPECT_EQ(firstOf(manager), "new");
+}
+
 TEST_F(SiteListManagerTest, ALongUpdateIsLoadedOverTurnsAndYieldsToWhateverIsNewer)
 {
     SiteListManager manager(files, resources, places, fetcher);

@@ -8,8 +8,8 @@
 
 namespace corvane {
 
-/// A new file under a name of its own, for this user only (0600). It is removed when this object goes, unless it has
-/// been given its place. errno is kept by that.
+/// A new file under a name of its own, for this user only (0600), locked against being swept. It is removed when this
+/// object goes, unless it has been given its place. errno is kept by that.
 class TemporaryFile {
 public:
     /// Opens with `access` of open(2); when that fails the object is empty and errno says why.
@@ -33,7 +33,8 @@ private:
     FileDescriptor file_;
 };
 
-/// Removes temporary files that a killed run of this user left in `folder` more than a minute ago.
+/// Removes temporary files that a killed run of this user left in `folder` more than a minute ago. A file that is still
+/// open in any process stays, however old it looks.
 void sweepTemporaryFiles(const std::filesystem::path& folder);
 
 } // namespace corvane

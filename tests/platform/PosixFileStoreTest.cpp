@@ -179,15 +179,26 @@ TEST_F(PosixFileStoreTest, RewritesInPlaceWhereTheFolderCannotBeWritten)
 TEST_F(PosixFileStoreTest, SweepsItsOwnOldTemporaryFilesOnly)
 {
     const auto longAgo = fs::file_time_type::clock::now() - std::chrono::minutes(2);
-    for (const auto* name : {".corvane-old.tmp", ".corvane-fresh.tmp", "corvane-old.tmp", ".corvane-old", ".other.tmp"})
+    const std::string ours = ".corvane-00000000-0000-4000-8000-00000000000";
+    const std::vector<std::string> others{".corvane-my.tmp",    ours + "g.tmp", ours + ".tmp",
+                                          ours + "00.tmp",      ours + "0",     ours.substr(1) + "0.tmp",
+                                          "x" + ours + "0.tmp", ".other.tmp"};
+    for (const auto& name : others)
         put(folder_ / name, "x");
-    for (const auto* name : {".corvane-old.tmp", "corvane-old.tmp", ".corvane-old", ".other.tmp"})
-        fs::last_write_time(folder_ / name, longAgo);
-    fs::create_directory(folder_ / ".corvane-folder.tmp");
-    fs::last_write_time(folder_ / ".corvane-folder.tmp", longAgo);
+    put(folder_ / (ours + "0.tmp"), "x");
+    fs::create_directory(folder_ / (ours + "1.tmp"));
+    ASSERT_EQ(::mkfifo((folder_ / (ours + "2.tmp")).c_str(), 0600), 0);
+    for (const auto& entry : fs::directory_iterator(folder_.path()))
+        fs::last_write_time(entry.path(), longAgo);
+    fs::create_symlink(".other.tmp", folder_ / (ours + "3.tmp"));
+    put(folder_ / (ours + "4.tmp"), "fresh");
+
+    auto left = names();
+    std::erase(left, ours + "0.tmp");
+    left.emplace_back("file");
     ASSERT_TRUE(store_.write(folder_ / "file", "x"));
-    EXPECT_EQ(names(), (std::vector<std::string>{".corvane-folder.tmp", ".corvane-fresh.tmp", ".corvane-old",
-                                                 ".other.tmp", "corvane-old.tmp", "file"}));
+    std::ranges::sort(left);
+    EXPECT_EQ(names(), left);
 }
 
 } // namespace

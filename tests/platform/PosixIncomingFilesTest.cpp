@@ -128,13 +128,26 @@ TEST_F(PosixIncomingFilesTest, MovesToAnotherFileSystemOrLeavesNothingThere)
 TEST_F(PosixIncomingFilesTest, SweepsWhatAKilledRunLeftBehind)
 {
     const auto now = fs::file_time_type::clock::now();
-    for (const auto* name : {".corvane-old.tmp", ".corvane-young.tmp", "old.tmp"})
-        std::ofstream(folder_ / name) << "x";
-    fs::last_write_time(folder_ / ".corvane-old.tmp", now - std::chrono::seconds(61));
+    const auto old = folder_ / ".corvane-00000000-0000-4000-8000-000000000000.tmp";
+    const auto young = folder_ / ".corvane-00000000-0000-4000-8000-000000000001.tmp";
+    for (const auto& file : {old, young, folder_ / "old.tmp"})
+        std::ofstream(file) << "x";
+    fs::last_write_time(old, now - std::chrono::seconds(61));
     fs::last_write_time(folder_ / "old.tmp", now - std::chrono::hours(1));
     EXPECT_TRUE(files_.create(folder_.path()));
-    EXPECT_FALSE(fs::exists(folder_ / ".corvane-old.tmp"));
+    EXPECT_FALSE(fs::exists(old));
     EXPECT_EQ(entries(folder_.path()), 2U);
+}
+
+TEST_F(PosixIncomingFilesTest, AFileThatStillArrivesIsNotSweptHoweverOldItLooks)
+{
+    auto arriving = files_.create(folder_.path());
+    ASSERT_TRUE(arriving && (*arriving)->write("abc"));
+    for (const auto& entry : fs::directory_iterator(folder_.path()))
+        fs::last_write_time(entry.path(), fs::file_time_type::clock::now() - std::chrono::hours(1));
+    EXPECT_TRUE(files_.create(folder_.path()));
+    EXPECT_EQ(move(**arriving, folder_ / "C.dmg"), "moved");
+    EXPECT_EQ(content(folder_ / "C.dmg"), "abc");
 }
 
 } // namespace

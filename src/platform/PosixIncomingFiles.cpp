@@ -54,17 +54,19 @@ public:
 
     Task<Result<void>> moveTo(fs::path target) override
     {
-        if (temporary_.setMode(finalMode) && temporary_.becomes(target))
+        const bool hasMode = temporary_.setMode(finalMode);
+        if (hasMode && temporary_.becomes(target))
             co_return Result<void>();
-        if (errno != EXDEV)
+        if (hasMode && errno != EXDEV)
             co_return std::unexpected(systemError("Cannot write", target));
 
+        // The target lies on another file system, or on one that may know the mode which this one refuses.
         TemporaryFile beside(target.parent_path(), O_WRONLY);
-        if (!beside)
+        if (!beside || !beside.setMode(finalMode))
             co_return std::unexpected(systemError("Cannot write", target));
         const int error = co_await copied(&temporary_, &beside);
         errno = error;
-        if (error != 0 || !beside.setMode(finalMode) || !beside.becomes(target))
+        if (error != 0 || !beside.becomes(target))
             co_return std::unexpected(systemError("Cannot write", target));
         co_return Result<void>();
     }

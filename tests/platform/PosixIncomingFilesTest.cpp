@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace corvane {
 namespace {
@@ -148,6 +149,31 @@ TEST_F(PosixIncomingFilesTest, AFileThatStillArrivesIsNotSweptHoweverOldItLooks)
     EXPECT_TRUE(files_.create(folder_.path()));
     EXPECT_EQ(move(**arriving, folder_ / "C.dmg"), "moved");
     EXPECT_EQ(content(folder_ / "C.dmg"), "abc");
+}
+
+TEST_F(PosixIncomingFilesTest, IsCopiedFromAFileSystemThatRefusesItsMode)
+{
+    constexpr uid_t nobody = 65534;
+    if (::geteuid() != 0 || ::seteuid(nobody) != 0)
+        GTEST_SKIP() << "Only the superuser can become somebody whom a mode is refused.";
+    ASSERT_EQ(::seteuid(0), 0);
+    const TemporaryFolder elsewhere;
+    ASSERT_EQ(::chown(elsewhere.path().c_str(), nobody, nobody), 0);
+    {
+        auto file = files_.create(folder_.path()); // the mode of another user's file cannot be set
+        ASSERT_TRUE(file && (*file)->write("abc"));
+        ::chmod(folder_.path().c_str(), 0755);
+        ASSERT_EQ(::seteuid(nobody), 0);
+        const auto refused = move(**file, folder_ / "C.dmg");
+        const auto moved = move(**file, elsewhere / "C.dmg");
+        ASSERT_EQ(::seteuid(0), 0);
+        EXPECT_EQ(refused, "Cannot write “C.dmg”: Permission denied.");
+        EXPECT_EQ(moved, "moved");
+    }
+    EXPECT_EQ(content(elsewhere / "C.dmg"), "abc");
+    EXPECT_EQ(modeOf(elsewhere / "C.dmg"), 0644U);
+    EXPECT_EQ(entries(elsewhere.path()), 1U);
+    EXPECT_EQ(entries(folder_.path()), 0U);
 }
 
 } // namespace

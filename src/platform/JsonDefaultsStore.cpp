@@ -4,6 +4,7 @@
 #include "platform/FileDescriptor.h"
 
 #include <cstdio>
+#include <system_error>
 #include <utility>
 
 #include <fcntl.h>
@@ -13,17 +14,21 @@
 namespace corvane {
 namespace {
 
-/// Holds the lock that all processes share, until it goes. Where no lock file can be made there is nothing to share.
+/// Holds the lock that all processes share, until it goes, unless another process has it. Where no lock file can be
+/// made there is nothing to share.
 class FileLock {
 public:
-    explicit FileLock(const std::filesystem::path& file) : file_(file, O_RDWR | O_CREAT | O_NOFOLLOW, 0600)
+    explicit FileLock(const std::filesystem::path& file)
+        : file_(file, O_RDWR | O_CREAT | O_NOFOLLOW, 0600),
+          isTaken_(file_ && ::flock(file_.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
     {
-        if (file_)
-            uninterrupted([this] { return ::flock(file_.number(), LOCK_EX); });
     }
+
+    bool isTaken() const { return isTaken_; }
 
 private:
     FileDescriptor file_; // closing it unlocks
+    bool isTaken_;
 };
 
 std::filesystem::path beside(const std::filesystem::path& file, const char* suffix)
@@ -44,6 +49,12 @@ JsonDefaultsStore::JsonDefaultsStore(FileStore& files, std::filesystem::path fil
 {
     if (auto newest = readNewest())
         values_ = std::move(newest->values);
+}
+
+JsonDefaultsStore::~JsonDefaultsStore()
+{
+    if (!unsaved_.empty())
+        save(WhenLocked::writes);
 }
 
 std::optional<std::string> JsonDefaultsStore::string(std::string_view key) const
@@ -91,24 +102,28 @@ std::optional<JsonDefaultsStore::Generation> JsonDefaultsStore::readNewest() con
 void JsonDefaultsStore::change(std::string_view key, std::optional<Json> value)
 {
     unsaved_.insert_or_assign(repairedUtf8(key), std::move(value));
-    if (save())
+    if (save(WhenLocked::givesUp))
         unsaved_.clear();
 }
 
-/// Gives the file's bytes the previous generation's name as well: the file itself is then replaced, never rewritten, so
-/// this costs no copy. False where the folder or the file system does not allow that.
+/// Gives the file's bytes the previous generation's name as well, which costs no copy. False where the folder or the
+/// file system does not allow that, and for a symbolic link: its target may lie where it can only be rewritten in
+/// place, and both generations with it.
 bool JsonDefaultsStore::keepAsPrevious() const
 {
+    std::error_code error;
+    if (std::filesystem::is_symlink(file_, error))
+        return false;
     auto fresh = previous_;
     fresh += ".new";
     ::unlink(fresh.c_str());
-    const bool isKept = ::linkat(AT_FDCWD, file_.c_str(), AT_FDCWD, fresh.c_str(), AT_SYMLINK_FOLLOW) == 0 &&
+    const bool isKept = ::linkat(AT_FDCWD, file_.c_str(), AT_FDCWD, fresh.c_str(), 0) == 0 &&
                         ::rename(fresh.c_str(), previous_.c_str()) == 0;
     ::unlink(fresh.c_str()); // Renaming does nothing where both names are the same file.
     return isKept;
 }
 
-bool JsonDefaultsStore::save()
+bool JsonDefaultsStore::save(WhenLocked whenLocked)
 {
     const bool hasFolder = files_.makeFolder(file_.parent_path()).has_value();
     const FileLock lock(lock_);
@@ -121,6 +136,8 @@ bool JsonDefaultsStore::save()
         else
             values_.erase(key);
     }
+    if (lock.isTaken() && whenLocked == WhenLocked::givesUp)
+        return false;
 
     const auto bytes = compactJson(values_);
     const bool isCurrent = newest && newest->isCurrent;

@@ -13,12 +13,17 @@ namespace corvane {
 /// Defaults in one flat JSON object of strings and Booleans; members of other types are kept as they are.
 ///
 /// The file is read once. A change is applied to what the file holds at that moment, under a lock, so that two
-/// processes on one file keep each other's keys; changes that could not be written are tried again with the next one.
+/// processes on one file keep each other's keys. Nobody waits for that lock: while another process holds it, a change
+/// counts in this process only. Changes that could not be written are tried again with the next one and, for the last
+/// time, when the store goes, then without the lock too: what would be lost for certain is better written.
 /// The generation before the last write stays beside the file and stands in for it when it is unreadable.
 class JsonDefaultsStore final : public DefaultsStore {
 public:
     /// `files` must outlive the store. The folder of `file` is created with the first change.
     JsonDefaultsStore(FileStore& files, std::filesystem::path file);
+    JsonDefaultsStore(const JsonDefaultsStore&) = delete;
+    JsonDefaultsStore& operator=(const JsonDefaultsStore&) = delete;
+    ~JsonDefaultsStore() override;
 
     std::optional<std::string> string(std::string_view key) const override;
     std::optional<bool> boolean(std::string_view key) const override;
@@ -31,10 +36,13 @@ private:
     /// previous generation with them.
     struct Generation;
 
+    /// What a save does while another process holds the lock.
+    enum class WhenLocked { givesUp, writes };
+
     std::optional<Generation> readNewest() const;
     void change(std::string_view key, std::optional<Json> value);
     bool keepAsPrevious() const;
-    bool save();
+    bool save(WhenLocked whenLocked);
 
     FileStore& files_;
     std::filesystem::path file_;

@@ -1,13 +1,18 @@
 #include "platform/JsonDefaultsStore.h"
 
+#include "platform/FileDescriptor.h"
 #include "platform/PosixFileStore.h"
 #include "support/TemporaryFolder.h"
 
 #include <fstream>
+#include <optional>
 #include <string>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace corvane {
 namespace {
@@ -118,6 +123,66 @@ TEST_F(JsonDefaultsStoreTest, AValueThatCannotBeWrittenLastsForThisRunAndIsTried
     defaults.setString("c", "3");
     EXPECT_EQ(open().string("a"), "1");
     EXPECT_EQ(open().string("c"), "3");
+}
+
+TEST_F(JsonDefaultsStoreTest, NobodyWaitsForTheLockAndNothingIsLostByThat)
+{
+    open().setString("a", "1");
+    const auto lock = std::filesystem::path(file_) += ".lock";
+    std::optional<FileDescriptor> holder(std::in_place, lock, O_RDWR);
+    ASSERT_EQ(::flock(holder->number(), LOCK_EX | LOCK_NB), 0);
+    {
+        auto defaults = open();
+        defaults.setString("b", "2");
+        defaults.remove("a");
+        EXPECT_EQ(defaults.string("b"), "2");
+        EXPECT_EQ(defaults.string("a"), std::nullopt);
+        EXPECT_EQ(open().string("a"), "1") << "the holder has the file to itself";
+        EXPECT_EQ(open().string("b"), std::nullopt);
+
+        holder.reset();
+        defaults.setString("c", "3");
+        EXPECT_EQ(open().string("a"), std::nullopt);
+        EXPECT_EQ(open().string("b"), "2");
+
+        holder.emplace(lock, O_RDWR);
+        ASSERT_EQ(::flock(holder->number(), LOCK_EX | LOCK_NB), 0);
+        defaults.setString("d", "4");
+        put(R"({"b":"2","other":"5"})");
+        EXPECT_EQ(open().string("d"), std::nullopt);
+    }
+    EXPECT_EQ(open().string("d"), "4") << "its last chance";
+    EXPECT_EQ(open().string("other"), "5");
+}
+
+TEST_F(JsonDefaultsStoreTest, ThePreviousGenerationOutlivesALinkWhoseTargetIsRewrittenInPlace)
+{
+    constexpr uid_t nobody = 65534;
+    const bool isRoot = ::geteuid() == 0; // who may write every folder
+    if (isRoot && ::seteuid(nobody) != 0)
+        GTEST_SKIP() << "There is nobody to become.";
+    if (isRoot)
+        ASSERT_EQ(::seteuid(0), 0);
+    const TemporaryFolder elsewhere;
+    const auto target = elsewhere / "target.json";
+    std::ofstream(target) << R"({"a":"1"})";
+    std::filesystem::create_directory(file_.parent_path());
+    std::filesystem::create_symlink(target, file_);
+    ::chmod(target.c_str(), 0666);
+    ::chmod(elsewhere.path().c_str(), 0555);
+    ::chmod(folder_.path().c_str(), 0755);
+    ::chmod(file_.parent_path().c_str(), 0777);
+
+    if (isRoot)
+        ASSERT_EQ(::seteuid(nobody), 0);
+    open().setString("a", "2");
+    if (isRoot)
+        ASSERT_EQ(::seteuid(0), 0);
+    EXPECT_TRUE(std::filesystem::is_symlink(file_));
+    EXPECT_EQ(open().string("a"), "2");
+    put("torn");
+    EXPECT_EQ(open().string("a"), "1");
+    ::chmod(elsewhere.path().c_str(), 0755);
 }
 
 } // namespace

@@ -113,7 +113,6 @@ MainWindowView& CorvaneApp::window()
         window_ = std::make_unique<MainWindowView>(models());
         selectorModel_.appear();
         windowModel_.created();
-        sweeping_ = queue_.post([this] { sweepFolders(); });
     }
     return *window_;
 }
@@ -177,6 +176,7 @@ void CorvaneApp::startRefreshing()
     firstPageLimit_.end();
     isRefreshing_ = true;
     refresh_.start(siteListManager_, appUpdateManager_, settingsManager_);
+    sweeping_ = queue_.post([this] { sweepFolders(); });
 }
 
 void CorvaneApp::activated()
@@ -189,6 +189,9 @@ void CorvaneApp::sweepFolders()
 {
     for (const auto& file : {settingsManager_->settingsFileURL(), siteListManager_->sitesFileURL(), places_.defaults})
         files_.sweep(file.parent_path());
+    files_.sweep(places_.updates());
+    if (places_.downloads)
+        files_.sweep(*places_.downloads);
 }
 
 void CorvaneApp::willTerminate()

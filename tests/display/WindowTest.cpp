@@ -5,6 +5,10 @@
 #include "support/TemporaryFolder.h"
 #include "support/TestEndpoints.h"
 
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <string>
 #include <tuple>
@@ -119,6 +123,28 @@ TEST_F(WindowTest, FindsUpdatesByItselfOnceTheFirstPageIsThere)
     EXPECT_EQ(app->pushDevices().pending()->size(), 1U);
     EXPECT_EQ(server.requests.front().path.substr(0, 18), "/registration.html");
     EXPECT_EQ(app->siteList().sites()->front().service, "Chat"); // Found, not applied.
+}
+
+TEST_F(WindowTest, SweepsWhatAKilledRunLeftInEachOfItsFolders)
+{
+    namespace fs = std::filesystem;
+    const std::string temporary = ".corvane-00000000-0000-4000-8000-000000000000.tmp";
+    places.downloads = folder / "Downloads";
+    std::vector<fs::path> folders;
+    for (const auto& place : {places.data / "sites", places.data / "settings", places.updates(),
+                              places.defaults.parent_path(), *places.downloads}) {
+        fs::create_directories(place);
+        for (const auto& name : {temporary, std::string("old.tmp")}) {
+            std::ofstream(place / name) << "x";
+            fs::last_write_time(place / name, fs::file_time_type::clock::now() - std::chrono::hours(1));
+        }
+        folders.push_back(place);
+    }
+    start();
+    ASSERT_TRUE(iterateUntil([&] {
+        return std::ranges::none_of(folders, [&](const fs::path& place) { return fs::exists(place / temporary); });
+    }));
+    EXPECT_TRUE(std::ranges::all_of(folders, [](const fs::path& place) { return fs::exists(place / "old.tmp"); }));
 }
 
 TEST_F(WindowTest, TakesTypedAddressesInURLMode)

@@ -22,7 +22,8 @@ namespace corvane {
 ///
 /// At most one pass runs at a time, its checks one after another. A pass that hangs is given up: its tasks are
 /// destroyed, and so nothing of it arrives later. Due times are kept in memory only and move at the end of a pass.
-/// A pass is started and given up only from turns of the main loop of their own, never from inside a check.
+/// Apart from the first, a pass is started and given up only from turns of the main loop of their own, never from
+/// inside a check.
 class StatusRefreshCoordinator {
 public:
     static constexpr std::chrono::seconds tickInterval{60};

@@ -23,7 +23,7 @@ struct WhatsNewContext {
     std::optional<std::string> availableAppVersion;
     std::optional<Url> downloadURL;
     std::optional<std::string> downloadSha256; // what the file there must hash to
-    std::vector<ArchiveEntry> archives;        // newest first
+    std::vector<ArchiveEntry> archives;        // in the order of their index
 
     bool operator==(const WhatsNewContext& other) const { return id == other.id; }
 };

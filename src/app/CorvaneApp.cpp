@@ -194,6 +194,13 @@ void CorvaneApp::sweepFolders()
         files_.sweep(*places_.downloads);
 }
 
+/// Not while another dialog is there: the key would open one more after it.
+void CorvaneApp::showSettings()
+{
+    if (!*sheetsModel_.shown())
+        appState_.showSettings.set(true);
+}
+
 void CorvaneApp::willTerminate()
 {
     analytics_.trackAppEnd();

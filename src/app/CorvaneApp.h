@@ -71,7 +71,7 @@ public:
 
     /// The program's own actions, by key or by menu.
     void showAbout() { notifications_.post(showAboutNotification); }
-    void showSettings() { appState_.showSettings.set(true); }
+    void showSettings();
 
     /// The program ends.
     void willTerminate();

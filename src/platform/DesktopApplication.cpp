@@ -82,7 +82,6 @@ void DesktopApplication::addWindow(GtkWindow* window)
     gtk_application_add_window(application_.get(), window);
 }
 
-/// Dialogs belong to the application by way of the window that they cover.
 void DesktopApplication::closeActiveWindow()
 {
     if (auto* window = gtk_application_get_active_window(application_.get()))

@@ -84,6 +84,12 @@ void WebKitDocumentView::show(std::string_view html)
     if (html_ == html)
         return;
     html_ = html;
+    isShownAgain_ = false;
+    load(html);
+}
+
+void WebKitDocumentView::load(std::string_view html)
+{
     const auto bytes = adopt(g_bytes_new(html.data(), html.size()));
     webkit_web_view_load_bytes(view_.get(), bytes.get(), "text/html", "utf-8", nullptr);
 }
@@ -150,7 +156,8 @@ gboolean WebKitDocumentView::contextMenuRequested(WebKitContextMenu* menu, WebKi
 /// The view is blank now: the same text is worth loading again.
 void WebKitDocumentView::processTerminated(WebKitWebProcessTerminationReason /*reason*/)
 {
-    html_.reset();
+    if (html_ && !std::exchange(isShownAgain_, true))
+        load(*html_);
 }
 
 } // namespace corvane

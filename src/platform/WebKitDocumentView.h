@@ -32,10 +32,12 @@ private:
     gboolean navigationAsked(WebKitPolicyDecision* decision, bool isInNewWindow);
     GtkWidget* createRequested(WebKitNavigationAction* action);
     gboolean contextMenuRequested(WebKitContextMenu* menu, WebKitHitTestResult* hit);
+    void load(std::string_view html);
     void processTerminated(WebKitWebProcessTerminationReason reason);
 
     LinkRule rule_;
     std::optional<std::string> html_; // given last
+    bool isShownAgain_ = false;       // its process has ended once
     GObjectPtr<WebKitWebView> view_;
     WebKitRefusals refusals_;
     std::vector<SignalConnection> signals_;

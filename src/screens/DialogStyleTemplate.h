@@ -16,7 +16,6 @@ inline constexpr std::string_view dialogStyleTemplate = R"(
 .themed-dialog.csd:not(.maximized):not(.fullscreen):not(.tiled) { border-radius: $radius; }
 
 .themed-dialog .dialog-header {
-    min-height: 51px;
     background-image: linear-gradient(to bottom, $background1, $background2, $background3);
     border-bottom: 1px solid $text/12;
     color: $heading;
@@ -31,14 +30,12 @@ inline constexpr std::string_view dialogStyleTemplate = R"(
     background-color: $card1/55;
     box-shadow: none;
     border-radius: $radius;
-    padding: 14px 16px;
     color: $text;
 }
 .themed-dialog .form { background-color: $card1/18; border-radius: $radius; color: $text; }
 .themed-dialog .copied-label {
     background-color: $card3/75;
     border-radius: $radius;
-    padding: 6px 12px;
     color: $text;
 }
 
@@ -105,7 +102,6 @@ inline constexpr std::string_view dialogStyleTemplate = R"(
 .themed-dialog .icon-button {
     min-width: 28px;
     min-height: 28px;
-    padding: 0;
     background-color: transparent;
     box-shadow: none;
 }
@@ -114,7 +110,6 @@ inline constexpr std::string_view dialogStyleTemplate = R"(
 
 .themed-dialog .link-button, .themed-dialog .support-address {
     min-height: 0;
-    padding: 2px 4px;
     background-color: transparent;
     border: none;
     box-shadow: none;

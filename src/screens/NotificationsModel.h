@@ -70,6 +70,9 @@ public:
     /// "Close" and Escape: of the list nothing is acknowledged; what is open is marked as read.
     void close();
 
+    /// The window was closed: nothing is acknowledged.
+    void closeSheet();
+
     /// "Copy", and the copy button of a line.
     void copySelected();
     void copyPreview(const PendingNotification& notification);
@@ -85,7 +88,6 @@ private:
     bool isShown(Presentation presentation) const { return isShown_ && presentation == presentation_; }
     void pendingChanged(const std::vector<PendingNotification>& pending);
     void updateSelection();
-    void closeSheet();
     void copyToClipboard(std::string_view text);
     void openInApp(const Url& url);
     Task<void> markAsRead(std::int64_t recipientId, Presentation presentation);

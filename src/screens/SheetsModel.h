@@ -16,8 +16,8 @@ enum class Sheet : std::uint8_t { about, settings, notifications, whatsNew, anal
 
 /// Decides which dialog covers the main window. Each is asked for in `AppState`; one is shown at a time, and one that
 /// is asked for while another is there waits until that one has closed, but other release notes take the place of those
-/// that are shown. A dialog comes and goes in a turn of its own,
-/// so whoever closes it may go on using what belongs to it until that turn ends.
+/// that are shown. A dialog comes and goes in a turn of its own, so whoever closes it may go on using what belongs to
+/// it until that turn ends.
 class SheetsModel {
 public:
     /// One showing of a dialog. Other release notes are another showing.

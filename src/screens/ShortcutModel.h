@@ -13,7 +13,7 @@ class AppState;
 class SiteSelectorModel;
 class ToolbarModel;
 
-/// Decides what the keys of the main window do.
+/// Decides what the keys of the main window do. A key presses its button or chooses its menu entry: it counts as that.
 class ShortcutModel {
 public:
     /// One line of the window that lists them all. `accelerator` is in the toolkit's notation, several divided by
@@ -27,7 +27,7 @@ public:
         std::span<const Shortcut> shortcuts;
     };
 
-    /// Every key of the program, those included that the toolkit or `press` does not handle.
+    /// Every key of the program: those of `press`, and those of the program's actions and of the toolkit.
     static std::span<const Group> groups();
 
     /// Where a key was pressed.

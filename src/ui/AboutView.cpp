@@ -45,7 +45,6 @@ void AboutView::addSupport()
     addLine(std::string(AboutModel::supportPrompt), "support-prompt");
     auto* address = Gtk::make_managed<Gtk::Button>(model_.supportAddress());
     address->set_halign(Gtk::Align::CENTER);
-    address->set_tooltip_text("Write to support");
     address->add_css_class("support-address");
     if (model_.hasWhiteSupportAddress())
         address->add_css_class("white");

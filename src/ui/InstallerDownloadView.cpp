@@ -57,11 +57,11 @@ void InstallerDownloadView::buildPanel()
 
 void InstallerDownloadView::showRunning(bool isRunning)
 {
-    const bool wasVisible = get_visible();
+    const bool hadFocus = cancel_.has_focus();
     set_visible(isRunning);
     if (isRunning)
         cancel_.grab_focus();
-    else if (wasVisible && get_root() != nullptr)
+    else if (hadFocus)
         focusPage(*this);
 }
 

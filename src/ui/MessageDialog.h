@@ -14,7 +14,7 @@
 namespace corvane {
 
 /// A modal message over the top-most window of the program, with one or two answers. Escape and closing it answer as
-/// "cancel" does. All texts are plain.
+/// "cancel" does, and so does its end by other means. All texts are plain.
 class MessageDialog {
 public:
     enum class Answer : std::uint8_t { accept, cancel };

@@ -1,6 +1,7 @@
 #include "ui/NotificationListView.h"
 
 #include "async/MainLoop.h"
+#include "base/Text.h"
 #include "notifications/NotificationText.h"
 #include "ui/Accessible.h"
 
@@ -23,6 +24,7 @@ Gtk::Label* line(const std::string& text, const char* style)
 {
     auto* label = Gtk::make_managed<Gtk::Label>(text);
     label->set_xalign(0);
+    label->set_single_line_mode(true);
     label->set_ellipsize(Pango::EllipsizeMode::END);
     label->add_css_class(style);
     return label;
@@ -78,15 +80,17 @@ void NotificationListView::bindRow(const Glib::RefPtr<Gtk::ListItem>& item)
     if (shown == nullptr)
         return;
     auto* texts = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 2);
-    const auto title = shownTitle(*shown);
+    const auto title = safeTitle(shownTitle(*shown));
+    const auto text = safeTitle(preview(shown->body, previewLimit));
     texts->append(*line(title, "heading"));
-    texts->append(*line(preview(shown->body, previewLimit), "muted"));
+    texts->append(*line(text, "muted"));
     auto* open = Gtk::make_managed<Gtk::Button>();
     open->set_child(*texts);
     open->set_hexpand(true);
     open->set_tooltip_text(openHint);
     open->add_css_class("flat-row");
     setAccessibleName(*open, title);
+    setAccessibleDescription(*open, text);
     open->signal_clicked().connect([this, notification = *shown] { model_.select(notification); });
 
     auto* copy = Gtk::make_managed<Gtk::Button>();

@@ -26,12 +26,12 @@ NotificationsView::NotificationsView(NotificationsModel& model, DocumentViewFact
     content().append(stack_);
     buildButtons();
     buildCopiedLabel();
-    closeWith([this] { model_.close(); });
+    closeWith([this] { model_.closeSheet(); }, [this] { model_.close(); });
     observations_.push_back(
         model_.effectiveSelection().bind([this](const std::optional<PendingNotification>&) { showSelection(); }));
     observations_.push_back(model_.pending().observe([this](const std::vector<PendingNotification>&) {
         list_.refresh();
-        showSelection();
+        back_->set_visible(model_.effectiveSelection()->has_value() && model_.hasBack());
     }));
     observations_.push_back(model_.showCopied().observe([this](bool isShown) { copied_.set_reveal_child(isShown); }));
 }

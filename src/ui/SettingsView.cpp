@@ -79,6 +79,7 @@ void SettingsView::buildWindowTheme(Gtk::Box& section)
         auto& segment = windowThemes_.at(index);
         segment.set_label(std::string(SettingsModel::windowThemes.at(index)));
         segment.add_css_class("segment");
+        setAccessibleDescription(segment, "Window theme");
         if (index > 0)
             segment.set_group(windowThemes_.front());
         segment.signal_toggled().connect([this, index] {

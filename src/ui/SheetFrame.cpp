@@ -1,5 +1,8 @@
 #include "ui/SheetFrame.h"
 
+#include "base/Text.h"
+#include "ui/TopmostWindow.h"
+
 #include <utility>
 
 #include <gtkmm/shortcut.h>
@@ -13,9 +16,8 @@ namespace corvane {
 SheetFrame::SheetFrame(Gtk::Window& mainWindow, WindowMonitor& windows, const std::string& title)
 {
     add_css_class("themed-dialog");
-    set_transient_for(mainWindow);
+    set_transient_for(topmostWindow(mainWindow));
     set_modal(true);
-    set_destroy_with_parent(true);
     set_resizable(false);
 
     headline_.add_css_class("dialog-title");
@@ -74,8 +76,9 @@ void SheetFrame::closeWith(std::function<void()> close, std::function<void()> es
 
 void SheetFrame::setHeadline(const std::string& text)
 {
-    headline_.set_text(text);
-    set_title(text);
+    const auto title = safeTitle(text);
+    headline_.set_text(title);
+    set_title(title);
 }
 
 void SheetFrame::addToHeader(Gtk::Widget& start, Gtk::Widget& end)

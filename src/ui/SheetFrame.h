@@ -35,7 +35,7 @@ protected:
     /// The same with two answers; without `escape` the key does nothing.
     void closeWith(std::function<void()> close, std::function<void()> escape);
 
-    /// The title in the header and of the window; at most two lines.
+    /// The title in the header and of the window; at most two lines, made fit for a title bar.
     void setHeadline(const std::string& text);
 
     /// Where the dialog puts what it shows; fills the frame between header and footer.
@@ -44,7 +44,7 @@ protected:
     /// Widgets in the header, before and after the title.
     void addToHeader(Gtk::Widget& start, Gtk::Widget& end);
 
-    /// Appends a button to the footer, to its end, or with `atStart` to its start.
+    /// Appends a button to one end of the footer.
     Gtk::Button& addButton(const std::string& label, Emphasis emphasis, std::function<void()> pressed);
     Gtk::Button& addButtonAtStart(const std::string& label, Emphasis emphasis, std::function<void()> pressed);
 

@@ -1,6 +1,7 @@
 #include "ui/ShortcutsView.h"
 
 #include "screens/ShortcutModel.h"
+#include "ui/TopmostWindow.h"
 
 #include <string>
 
@@ -40,12 +41,18 @@ std::string description()
 
 } // namespace
 
-void showShortcuts(Gtk::Window& parent)
+void showShortcuts(Gtk::Window& mainWindow)
 {
+    for (auto* shown : Gtk::Window::list_toplevels()) {
+        if (GTK_IS_SHORTCUTS_WINDOW(shown->gobj()) && shown->get_visible())
+            return shown->present();
+    }
     const auto text = description();
     GtkBuilder* builder = gtk_builder_new_from_string(text.c_str(), static_cast<gssize>(text.size()));
     auto* window = GTK_WINDOW(gtk_builder_get_object(builder, "shortcuts"));
-    gtk_window_set_transient_for(window, parent.gobj());
+    auto& covered = topmostWindow(mainWindow);
+    gtk_window_set_transient_for(window, covered.gobj());
+    gtk_window_set_application(window, gtk_window_get_application(covered.gobj()));
     g_object_unref(builder); // The toolkit keeps the window until it is closed.
     gtk_window_present(window);
 }

@@ -4,7 +4,8 @@
 
 namespace corvane {
 
-/// Opens the window that lists all keys over `parent`. It goes by itself when it is closed.
-void showShortcuts(Gtk::Window& parent);
+/// Opens the window that lists all keys over the top-most window of the program, once. It goes by itself when it is
+/// closed.
+void showShortcuts(Gtk::Window& mainWindow);
 
 } // namespace corvane

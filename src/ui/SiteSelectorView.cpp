@@ -4,6 +4,7 @@
 #include "state/AppState.h"
 #include "ui/Accessible.h"
 #include "ui/PageFocus.h"
+#include "ui/TopmostWindow.h"
 
 #include <string>
 
@@ -98,7 +99,8 @@ void SiteSelectorView::focusField()
 {
     model_.urlFieldFocusRequested.set(false);
     focusing_ = callLater([this] {
-        if (auto* window = dynamic_cast<Gtk::Window*>(get_root()))
+        auto* window = dynamic_cast<Gtk::Window*>(get_root());
+        if (window != nullptr && &topmostWindow(*window) == window) // no dialog has the keyboard
             window->present();
         field_.grab_focus();
     });

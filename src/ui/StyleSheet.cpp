@@ -45,7 +45,7 @@ menubutton.nav-button { padding: 0; }
 .download-shade { background-color: rgba(0, 0, 0, 0.18); }
 .download-panel { background-color: alpha(@popover_bg_color, 0.96); color: @popover_fg_color; border-radius: 12px; }
 
-.themed-dialog .dialog-header { padding: 0 20px; }
+.themed-dialog .dialog-header { min-height: 51px; padding: 0 20px; }
 .themed-dialog .dialog-content { padding: 20px; }
 .themed-dialog .dialog-content.flush { padding: 0; }
 .themed-dialog .dialog-footer { padding: 16px; }
@@ -54,6 +54,7 @@ menubutton.nav-button { padding: 0; }
 .themed-dialog .card.rows { padding: 0; }
 .themed-dialog .row { padding: 10px 14px; }
 .themed-dialog .row button { padding-top: 4px; padding-bottom: 4px; }
+.themed-dialog .row .link-button { padding-left: 0; padding-right: 0; }
 .themed-dialog .product-name { font-size: 1.9em; font-weight: bold; }
 .themed-dialog .version-line { font-size: 1.05em; padding: 2px 0; }
 .themed-dialog .support-prompt { padding-top: 12px; }
@@ -61,8 +62,12 @@ menubutton.nav-button { padding: 0; }
 .themed-dialog .status-row { padding: 10px 20px; }
 .themed-dialog .notification-list { padding: 8px; }
 .themed-dialog .notification-list > row { padding: 0; border-radius: 8px; }
-.themed-dialog .flat-row { padding: 6px 10px; }
+.themed-dialog .flat-row { padding: 4px; }
+.themed-dialog .icon-button { padding: 0; }
+.themed-dialog .link-button, .themed-dialog .support-address { padding: 2px 4px; }
+.themed-dialog .copied-label { padding: 6px 12px; }
 
+.toolbar-menu > contents { padding: 6px; }
 .toolbar-menu button { padding: 6px 12px; font-weight: normal; border-radius: 6px; }
 )";
 

@@ -44,6 +44,7 @@ void ToolbarMenuView::buildFace()
     icon_.set_size_request(iconSize, iconSize);
     dot_.add_css_class("badge-dot");
     dot_.set_size_request(dotSize, dotSize);
+    // Its middle lies 4 points left of and below the icon's corner.
     dot_.set_halign(Gtk::Align::END);
     dot_.set_valign(Gtk::Align::START);
     face_.set_child(icon_);

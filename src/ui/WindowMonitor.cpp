@@ -6,6 +6,9 @@ namespace corvane {
 
 void WindowMonitor::watch(Gtk::Window& window)
 {
+    // The toolkit hears the keys of the program's actions only in windows that belong to it.
+    if (auto* covered = window.get_transient_for())
+        gtk_window_set_application(window.gobj(), gtk_window_get_application(covered->gobj()));
     keys_.watch(window);
     watchFocus(window);
 }

@@ -49,8 +49,8 @@ void attachBody(const HttpAnswer& answer, SoupServerMessage* message)
 {
     auto* headers = soup_server_message_get_response_headers(message);
     auto* body = soup_server_message_get_response_body(message);
-    if (answer.status == 304) {
-        // No length: it would be taken for that of the document.
+    if (answer.status == 204 || answer.status == 304) {
+        // No length: with 304 it would be taken for that of the document, and with 204 there must be none.
         soup_message_headers_set_encoding(headers, SOUP_ENCODING_NONE);
         return;
     }

@@ -19,6 +19,7 @@ struct HttpRequest {
     std::string cookie;
     std::string ifNoneMatch;
     std::string ifModifiedSince;
+    std::string userAgent;
 
     bool isReading() const { return method == "GET" || method == "HEAD"; }
 

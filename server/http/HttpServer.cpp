@@ -41,6 +41,7 @@ HttpRequest requestOf(SoupServerMessage* message, const char* path)
     request.cookie = header("Cookie");
     request.ifNoneMatch = header("If-None-Match");
     request.ifModifiedSince = header("If-Modified-Since");
+    request.userAgent = header("User-Agent");
     return request;
 }
 

@@ -13,21 +13,16 @@ bool isJson(std::string_view contentType)
     return lowercased(trimmedBlanks(contentType.substr(0, contentType.find(';')))) == "application/json";
 }
 
-std::string allowedMethods(const std::map<std::string, Router::Handler>& methods)
-{
-    std::string allowed;
-    for (const auto& [method, handler] : methods) {
-        allowed += allowed.empty() ? "" : ", ";
-        allowed += method == "GET" ? "GET, HEAD" : method;
-    }
-    return allowed;
-}
-
 } // namespace
 
 void Router::add(std::string method, std::string path, Handler handler)
 {
-    routes_[std::move(path)].insert_or_assign(std::move(method), std::move(handler));
+    routes_[std::move(path)].insert_or_assign(std::move(method), Route{.handler = std::move(handler)});
+}
+
+void Router::addOpen(std::string method, std::string path, Handler handler)
+{
+    routes_[std::move(path)].insert_or_assign(std::move(method), Route{.handler = std::move(handler), .isOpen = true});
 }
 
 void Router::addOrigin(const Url& url)
@@ -57,11 +52,24 @@ HttpAnswer Router::dispatch(const HttpRequest& request) const
         return fallback_(request);
 
     const auto& methods = route->second;
-    const auto handler = methods.find(request.method == "HEAD" ? "GET" : request.method);
-    if (handler == methods.end())
+    const auto found = methods.find(request.method == "HEAD" ? "GET" : request.method);
+    if (found == methods.end())
         return HttpAnswer::error(405, "method_not_allowed", "This address does not know that method.")
-            .with("Allow", allowedMethods(methods));
-    return request.isReading() ? handler->second(request) : checkedChange(request, handler->second);
+            .with("Allow", allowed(methods));
+    const auto& [handler, isOpen] = found->second;
+    if (isOpen)
+        return handler(request).with("Access-Control-Allow-Origin", "*").with("Timing-Allow-Origin", "*");
+    return request.isReading() ? handler(request) : checkedChange(request, handler);
+}
+
+std::string Router::allowed(const Methods& methods)
+{
+    std::string allowed;
+    for (const auto& [method, route] : methods) {
+        allowed += allowed.empty() ? "" : ", ";
+        allowed += method == "GET" ? "GET, HEAD" : method;
+    }
+    return allowed;
 }
 
 HttpAnswer Router::checkedChange(const HttpRequest& request, const Handler& handler) const

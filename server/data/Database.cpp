@@ -54,10 +54,12 @@ void Database::prepare()
     version.reset();
     if (found > schemaVersion)
         throw DatabaseError(fmt::format("it was written by a newer version of this server (schema {})", found));
-    if (found == 0) {
+    if (found < 1)
         run(schemaOne);
-        run("PRAGMA user_version = 1");
-    }
+    if (found < 2)
+        run(schemaTwo);
+    if (found < schemaVersion)
+        run(fmt::format("PRAGMA user_version = {}", schemaVersion).c_str());
     transaction.commit();
 }
 

@@ -17,7 +17,7 @@ public:
     enum class Opening { createWhenMissing, existingOnly };
 
     static constexpr int busyTimeout = 2000; // milliseconds
-    static constexpr std::int64_t schemaVersion = 1;
+    static constexpr std::int64_t schemaVersion = 2;
 
     /// Opens the file for reading and writing and brings its tables to `schemaVersion`. The failure's text names the
     /// file.

@@ -52,4 +52,33 @@ CREATE INDEX recipients_by_install ON recipients (install_id, acknowledged_at);
 CREATE INDEX recipients_by_profile ON recipients (profile_id);
 )sql";
 
+/// What schema version 2 adds: the usage events, and how many there are. `size` counts the bytes of an event's texts.
+inline constexpr const char* schemaTwo = R"sql(
+CREATE TABLE events (
+    id              INTEGER PRIMARY KEY AUTOINCREMENT,
+    received_at     INTEGER NOT NULL,
+    measurement_id  TEXT NOT NULL,
+    client_id       TEXT NOT NULL,
+    session_id      INTEGER NOT NULL,
+    sequence        INTEGER NOT NULL,
+    name            TEXT NOT NULL,
+    parameters      TEXT NOT NULL, -- a JSON object of texts and numbers, as is the next
+    user_properties TEXT NOT NULL,
+    user_agent      TEXT NOT NULL,
+    size            INTEGER NOT NULL
+) STRICT;
+
+CREATE TABLE event_totals (
+    events INTEGER NOT NULL,
+    bytes  INTEGER NOT NULL
+) STRICT;
+INSERT INTO event_totals VALUES (0, 0);
+CREATE TRIGGER event_added AFTER INSERT ON events BEGIN
+    UPDATE event_totals SET events = events + 1, bytes = bytes + NEW.size;
+END;
+CREATE TRIGGER event_removed AFTER DELETE ON events BEGIN
+    UPDATE event_totals SET events = events - 1, bytes = bytes - OLD.size;
+END;
+)sql";
+
 } // namespace corvane::server

@@ -4,6 +4,7 @@
 #include "data/Transaction.h"
 #include "server/TemporaryFolder.h"
 #include "store/DeviceStore.h"
+#include "store/EventStore.h"
 
 #include <gtest/gtest.h>
 
@@ -23,7 +24,7 @@ TEST(DatabaseTest, KeepsWhatWasWrittenAndOpensOnlyWhatItUnderstands)
     auto database = openDatabase(folder.path() / "new/one", Database::Opening::existingOnly).value();
     EXPECT_TRUE(DeviceStore(database).isRegistered("id"));
 
-    database.run("PRAGMA user_version = 2");
+    database.run("PRAGMA user_version = 3");
     const auto newer = openDatabase(folder.path() / "new/one", Database::Opening::existingOnly);
     ASSERT_FALSE(newer);
     EXPECT_NE(newer.error().message.find("newer version"), std::string::npos);
@@ -32,6 +33,23 @@ TEST(DatabaseTest, KeepsWhatWasWrittenAndOpensOnlyWhatItUnderstands)
     EXPECT_FALSE(openDatabase(folder.path() / "broken", Database::Opening::createWhenMissing));
     folder.write("file", "");
     EXPECT_FALSE(openDatabase(folder.path() / "file", Database::Opening::createWhenMissing));
+}
+
+TEST(DatabaseTest, BringsAnOlderFileUpToDateAndKeepsWhatItHolds)
+{
+    const TemporaryFolder folder;
+    {
+        auto old = openDatabase(folder.path(), Database::Opening::createWhenMissing).value();
+        old.run("DROP TABLE events; DROP TABLE event_totals; PRAGMA user_version = 1");
+        DeviceStore(old).put({"id", "macos", "corvane", ""}, someTime);
+    }
+    for (int opening = 1; opening <= 2; ++opening) {
+        auto database = openDatabase(folder.path(), Database::Opening::existingOnly).value();
+        EXPECT_TRUE(DeviceStore(database).isRegistered("id"));
+        EventStore events(database);
+        events.add(std::vector{UsageEvent{.name = "app_start"}});
+        EXPECT_EQ(events.all().size(), static_cast<std::size_t>(opening));
+    }
 }
 
 TEST(DatabaseTest, AnUnfinishedTransactionLeavesNothing)

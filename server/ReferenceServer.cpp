@@ -7,10 +7,11 @@
 namespace corvane::server {
 
 ReferenceServer::ReferenceServer(Database database, std::filesystem::path publishFolder, const Now& now)
-    : database_(std::move(database)), devices_(database_, now), notifications_(database_, now),
-      profiles_(database_, now), published_(std::move(publishFolder)), store_(published_),
-      http_([this](const HttpRequest& request) { return router_.answer(request); })
+    : database_(std::move(database)), collect_(database_, now), devices_(database_, now),
+      notifications_(database_, now), profiles_(database_, now), published_(std::move(publishFolder)),
+      store_(published_), http_([this](const HttpRequest& request) { return router_.answer(request); })
 {
+    collect_.addTo(router_);
     devices_.addTo(router_);
     notifications_.addTo(router_);
     profiles_.addTo(router_);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "api/CollectApi.h"
 #include "api/DeviceApi.h"
 #include "api/NotificationApi.h"
 #include "api/Now.h"
@@ -29,6 +30,7 @@ public:
 
 private:
     Database database_;
+    CollectApi collect_;
     DeviceApi devices_;
     NotificationApi notifications_;
     ProfileApi profiles_;

@@ -34,6 +34,11 @@ bool isUuid(std::string_view text)
     });
 }
 
+bool isWord(std::string_view text, std::size_t longest)
+{
+    return !text.empty() && text.size() <= longest && std::ranges::all_of(text, isVisibleAscii);
+}
+
 BodyFields::BodyFields(const HttpRequest& request) : body_(parseJson(request.body, deepest))
 {
     if (!body_ || !body_->is_object())
@@ -60,7 +65,7 @@ std::string BodyFields::word(const char* key, std::size_t longest)
     const auto* found = text(key);
     if (found == nullptr)
         return {};
-    if (found->empty() || found->size() > longest || !std::ranges::all_of(*found, isVisibleAscii))
+    if (!isWord(*found, longest))
         complain(key, fmt::format("must be a word of 1 to {} characters", longest));
     return *found;
 }

@@ -51,4 +51,7 @@ private:
 /// Whether the text is a UUID in its 36-character form, in either case.
 bool isUuid(std::string_view text);
 
+/// Whether the text is 1 to `longest` bytes of visible ASCII.
+bool isWord(std::string_view text, std::size_t longest);
+
 } // namespace corvane::server

@@ -111,6 +111,7 @@ TEST_F(BadInputTest, AWrongMethodIsToldTheRightOnes)
     const std::map<std::string, std::string> allowed{{"/api/devices/register", "POST"},
                                                      {"/api/notifications/pending", "GET, HEAD"},
                                                      {"/api/profiles/me", "DELETE, GET, HEAD"},
+                                                     {"/g/collect", "GET, HEAD, POST"},
                                                      {"/registration.html", "GET, HEAD"}};
     for (const auto& [path, methods] : allowed) {
         const auto reply = send("PUT", path, "{}", {{"Content-Type", "application/json"}});

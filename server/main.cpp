@@ -1,5 +1,6 @@
 #include "commands/CatalogueCommand.h"
 #include "commands/CommandLine.h"
+#include "commands/EventsCommand.h"
 #include "commands/Folders.h"
 #include "commands/NotifyCommand.h"
 #include "commands/ProfilesCommand.h"
@@ -32,6 +33,10 @@ Result<void> runOnDatabase(const CommandLine& line)
     try {
         if (line.command == CommandLine::Command::profiles) {
             fmt::print("{}", listProfiles(*database));
+            return {};
+        }
+        if (line.command == CommandLine::Command::events) {
+            fmt::print("{}", listEvents(*database, line.wantsJson ? EventForm::json : EventForm::line));
             return {};
         }
         const auto done = notify(line, *database, systemNow);
@@ -72,6 +77,7 @@ Result<void> run(const CommandLine& line)
         return serve(line, line.publishFolder.value_or(defaultPublishFolder(CORVANE_SERVER_SOURCE_PUBLISH)));
     case CommandLine::Command::notify:
     case CommandLine::Command::profiles:
+    case CommandLine::Command::events:
         return runOnDatabase(line);
     default:
         break;

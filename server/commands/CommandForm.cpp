@@ -12,12 +12,13 @@ using Command = CommandLine::Command;
 
 constexpr std::array forms{
     CommandForm{Command::serve, "", nullptr,
-                "The reference server of Corvane: publishes a folder of documents, registers installations and "
-                "delivers notifications on one port of this machine."},
+                "The reference server of Corvane: publishes a folder of documents, registers installations, "
+                "delivers notifications and collects usage events on one port of this machine."},
     CommandForm{
         Command::notify, "notify", nullptr,
         "Sends a notification to every registered installation, or to those bound to the profiles of one name."},
     CommandForm{Command::profiles, "profiles", nullptr, "Lists the profiles and the installations bound to them."},
+    CommandForm{Command::events, "events", nullptr, "Lists the usage events that were collected, the oldest first."},
     CommandForm{Command::publishFolder, "publish-folder", "FOLDER",
                 "Makes a copy of the sample documents that may be changed."},
     CommandForm{Command::release, "release", "VERSION",

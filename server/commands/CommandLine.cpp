@@ -58,6 +58,7 @@ Result<void> readMessage(const CommandOptions& options, CommandLine& line)
     line.url = textOf(options.url);
     if (options.profile != nullptr)
         line.profile = options.profile;
+    line.wantsJson = options.wantsJson != FALSE;
     return {};
 }
 

@@ -17,6 +17,7 @@ struct CommandLine {
         serve,
         notify,
         profiles,
+        events,
         release,
         catalogue,
         storeVersion,
@@ -46,6 +47,9 @@ struct CommandLine {
     std::optional<std::filesystem::path> bodyFile;
     std::string url;
     std::optional<std::string> profile;
+
+    // events
+    bool wantsJson = false;
 
     // release; notesFile also for catalogue
     std::optional<std::filesystem::path> notesFile;

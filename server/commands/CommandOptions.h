@@ -25,6 +25,7 @@ struct CommandOptions {
     char* image = nullptr;
     char* imageSize = nullptr;
     int port = CommandLine::usualPort;
+    gboolean wantsJson = FALSE;
     gboolean isHelpWanted = FALSE;
     gboolean isVersionWanted = FALSE;
     std::string help; // filled by `read`

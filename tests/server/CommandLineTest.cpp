@@ -26,6 +26,8 @@ TEST(CommandLineTest, ReadsEveryCommandWithItsOptions)
     EXPECT_EQ(notify->profile, "Ada");
 
     EXPECT_EQ(CommandLine::parse({"profiles", "--data", "/d"})->command, Command::profiles);
+    EXPECT_EQ(CommandLine::parse({"events", "--data", "/d"})->dataFolder, "/d");
+    EXPECT_TRUE(CommandLine::parse({"events", "--json"})->wantsJson);
     const auto release =
         CommandLine::parse({"release", "0.76.0", "--publish-folder=/p", "--notes", "n", "--image-size=9"});
     ASSERT_TRUE(release);
@@ -59,6 +61,8 @@ TEST(CommandLineTest, RefusesWhatItDoesNotUnderstand)
         {"serve"},
         {"profiles", "more"},
         {"profiles", "--port", "1"},
+        {"profiles", "--json"},
+        {"events", "--title", "x"},
         {"notify"},
         {"notify", "--title", "x", "--body", "a", "--body-file", "b"},
         {"release", "--publish-folder=/p", "--notes=n"},

@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <ranges>
 #include <string>
@@ -70,8 +71,8 @@ std::optional<Json> numberOf(std::string_view text)
     if (const auto integer = strictInteger(text))
         return Json(*integer);
     double real = 0;
-    const auto* end = text.data() + text.size();
-    const auto [stopped, failure] = std::from_chars(text.data(), end, real);
+    const auto* end = std::to_address(text.end());
+    const auto [stopped, failure] = std::from_chars(std::to_address(text.begin()), end, real);
     return failure == std::errc() && stopped == end && std::isfinite(real) ? std::optional(Json(real)) : std::nullopt;
 }
 

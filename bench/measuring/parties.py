@@ -28,13 +28,16 @@ class Home:
                 "XDG_CACHE_HOME": str(self.path / ".cache"), "XDG_STATE_HOME": str(self.path / ".local/state"),
                 "XDG_RUNTIME_DIR": str(self._run)}
 
-    def prepare_corvane(self, sites, chosen):
+    def prepare_corvane(self, sites, chosen, analytics=True):
         """As Corvane leaves it once somebody has registered and chosen a service; `sites` maps names to addresses."""
         defaults = self.config / "Hollisward/Corvane/defaults.json"
         catalogue = self.data / "Hollisward/Corvane/sites/sites.json"
+        settings = self.data / "Hollisward/Corvane/settings/settings.json"
         for file, content in (
                 (defaults, {"FirstUse": False, "AnalyticsConsentShown": True, "siteIndex": chosen}),
-                (catalogue, [{"service": name, "url": url, "description": name} for name, url in sites.items()])):
+                (catalogue, [{"service": name, "url": url, "description": name} for name, url in sites.items()]),
+                (settings, {"AllowSiteListUpdates": "On", "AnalyticsEnabled": "On" if analytics else "Off",
+                            "AppTheme": "System", "DialogTheme": "default"})):
             file.parent.mkdir(parents=True, exist_ok=True, mode=0o700)
             file.write_text(json.dumps(content))
 
@@ -146,19 +149,24 @@ def chromium_arguments(page, home):
             "--password-store=basic", "--disable-extensions"]
 
 
-def find(folder, wanted):
-    """The parties by the names in `wanted` whose programs are there; says which are not."""
+def find(folder, wanted, against=None):
+    """The parties by the names in `wanted` whose programs are there; says which are not. The "other" ones are Corvane
+    of the build in the folder `against`."""
     corvane, bare = binaries(folder)
+    other = binaries(against)[0] if against else None
     parties = {
         "corvane-fresh": Party("corvane-fresh", lambda page, home: [str(corvane)], endpoints=True, fresh=True),
         "corvane-used": Party("corvane-used", lambda page, home: [str(corvane)], endpoints=True),
+        "corvane-quiet": Party("corvane-quiet", lambda page, home: [str(corvane)], endpoints=True),
+        "other-fresh": Party("other-fresh", lambda page, home: [str(other)], endpoints=True, fresh=True),
+        "other-used": Party("other-used", lambda page, home: [str(other)], endpoints=True),
         "bare-fresh": Party("bare-fresh", lambda page, home: [str(bare), page], fresh=True),
         "bare-used": Party("bare-used", lambda page, home: [str(bare), page]),
         "chromium-fresh": Party("chromium-fresh", chromium_arguments, fresh=True),
         "chromium-used": Party("chromium-used", chromium_arguments),
     }
     programs = {"corvane": corvane.exists() and str(corvane), "bare": bare.exists() and str(bare),
-                "chromium": shutil.which("chromium")}
+                "other": other and other.exists() and str(other), "chromium": shutil.which("chromium")}
     found = []
     for name in wanted:
         kind = name.split("-")[0]

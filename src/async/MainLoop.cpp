@@ -55,8 +55,9 @@ Subscription callLater(std::move_only_function<void()> action)
 Subscription callAfter(std::chrono::milliseconds delay, std::move_only_function<void()> action)
 {
     static constexpr std::int64_t most = G_MAXUINT; // about 50 days in milliseconds
+    static constexpr std::int64_t fewestCoarse = 10'000;
     const std::int64_t milliseconds = delay.count() > 0 ? delay.count() : 0;
-    const bool inSeconds = milliseconds > most || (milliseconds >= 2000 && milliseconds % 1000 == 0);
+    const bool inSeconds = milliseconds > most || (milliseconds >= fewestCoarse && milliseconds % 1000 == 0);
     const auto seconds = std::min(milliseconds / 1000, most);
     auto* source = inSeconds ? g_timeout_source_new_seconds(static_cast<guint>(seconds))
                              : g_timeout_source_new(static_cast<guint>(milliseconds));

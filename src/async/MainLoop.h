@@ -14,7 +14,7 @@ namespace corvane {
 /// subscription takes the call back.
 [[nodiscard]] Subscription callLater(std::move_only_function<void()> action);
 
-/// The same after `delay`. Whole seconds share the system's coarse wake-ups.
+/// The same after `delay`. Whole seconds from ten on share the system's coarse wake-ups, which can be a second off.
 [[nodiscard]] Subscription callAfter(std::chrono::milliseconds delay, std::move_only_function<void()> action);
 
 /// Waits in a task for a turn in which the main loop has nothing more urgent to do, drawing included; destroying the

@@ -8,7 +8,7 @@
 
 namespace corvane {
 
-/// What time it is, and waiting for later. Main thread only.
+/// What time it is, and waiting for later. Main thread only, but for `now`, which any thread may ask.
 class Clock {
 public:
     using TimePoint = std::chrono::system_clock::time_point;

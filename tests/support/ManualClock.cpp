@@ -33,14 +33,14 @@ Task<void> ManualClock::sleep(std::chrono::milliseconds delay)
 
 Subscription ManualClock::after(std::chrono::milliseconds delay, std::move_only_function<void()> action)
 {
-    const Key key(now_ + delay, nextSerial_++);
+    const Key key(now() + delay, nextSerial_++);
     timers_.emplace(key, std::move(action));
     return Subscription([this, key] { timers_.erase(key); });
 }
 
 void ManualClock::advance(std::chrono::milliseconds step)
 {
-    const auto end = now_ + step;
+    const auto end = now() + step;
     while (!timers_.empty() && timers_.begin()->first.first <= end) {
         auto due = timers_.extract(timers_.begin());
         now_ = due.key().first;

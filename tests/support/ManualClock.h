@@ -3,6 +3,7 @@
 #include "async/Task.h"
 #include "ports/Clock.h"
 
+#include <atomic>
 #include <map>
 
 namespace corvane::testing {
@@ -24,7 +25,7 @@ public:
 private:
     using Key = std::pair<TimePoint, std::size_t>;
 
-    TimePoint now_;
+    std::atomic<TimePoint> now_;
     std::size_t nextSerial_ = 0;
     std::map<Key, std::move_only_function<void()>> timers_;
 };

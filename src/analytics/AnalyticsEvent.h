@@ -7,8 +7,11 @@
 
 namespace corvane {
 
+/// What a parameter of an event says; text is UTF-8.
+using AnalyticsValue = std::variant<std::string, std::int64_t, double, bool>;
+
 /// Parameters of an event by name, in the order of their names.
-using AnalyticsParams = std::map<std::string, std::variant<std::string, std::int64_t>>;
+using AnalyticsParams = std::map<std::string, AnalyticsValue>;
 
 /// Something that happened, for the usage statistics.
 struct AnalyticsEvent {

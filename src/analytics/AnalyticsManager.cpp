@@ -1,5 +1,6 @@
 #include "analytics/AnalyticsManager.h"
 
+#include "analytics/AnalyticsRoutes.h"
 #include "analytics/ClientId.h"
 
 #include <chrono>
@@ -7,19 +8,30 @@
 
 namespace corvane {
 
-AnalyticsManager::AnalyticsManager(DefaultsStore& defaults, const HostInfo& host, const Clock& clock,
-                                   const AppInfo& app)
+AnalyticsManager::AnalyticsManager(DefaultsStore& defaults, const HostInfo& host, Clock& clock, const AppInfo& app)
     : clock_(clock), clientId_(makeClientId(defaults, host, clock)),
       appVersion_(app.shortVersion.empty() ? "0.0.0" : app.shortVersion), sessionStartTime_(clock.now())
 {
 }
 
+AnalyticsManager::~AnalyticsManager() = default;
+
 void AnalyticsManager::setEnabled(bool enabled)
 {
-    const std::scoped_lock guard(lock_);
-    enabled_ = enabled;
-    if (!enabled)
-        preInitQueue_.clear();
+    bool isBackOn = false;
+    {
+        const std::scoped_lock guard(lock_);
+        isBackOn = enabled && !enabled_ && webViewConfigured_;
+        enabled_ = enabled;
+        if (!enabled) {
+            preInitQueue_.clear();
+            pendingVerificationEvents_.clear();
+        }
+    }
+    if (isBackOn) {
+        resetVerification();
+        sendConfiguration();
+    }
 }
 
 void AnalyticsManager::adoptEnabled(bool enabled)
@@ -30,8 +42,15 @@ void AnalyticsManager::adoptEnabled(bool enabled)
 
 void AnalyticsManager::track(std::string name, AnalyticsParams params)
 {
-    const std::scoped_lock guard(lock_);
-    preInitQueue_.push_back({.name = std::move(name), .params = std::move(params)});
+    AnalyticsEvent event{.name = std::move(name), .params = std::move(params)};
+    {
+        const std::scoped_lock guard(lock_);
+        if (!webViewStarted_ || !webViewConfigured_) {
+            preInitQueue_.push_back(std::move(event));
+            return;
+        }
+    }
+    deliver(std::move(event));
 }
 
 void AnalyticsManager::trackAppStart()

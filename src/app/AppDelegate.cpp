@@ -62,31 +62,44 @@ int AppDelegate::run()
 /// The first page is on its way before anything is built to show it.
 int AppDelegate::runPrimary()
 {
-    app_ = std::make_unique<CorvaneApp>(readEndpoints(), xdgPlaces(), renderer_, [this] { application_.quit(); });
+    app_ = std::make_unique<CorvaneApp>(readEndpoints(), xdgPlaces(), renderer_, [this] { quit(); });
     app_->startFirstLoad();
     application_.addAction("about", "", [this] { app_->showAbout(); });
     application_.addAction("preferences", "<Control>comma", [this] { app_->showSettings(); });
     application_.addAction("shortcuts", "<Control>question", [this] { showShortcuts(app_->window()); });
     application_.addAction("close", "<Control>w", [this] { application_.closeActiveWindow(); });
-    application_.addAction("quit", "<Control>q", [this] { application_.quit(); });
-    const int status = application_.run([this] { activate(); }, [this] { app_->willTerminate(); });
+    application_.addAction("quit", "<Control>q", [this] { quit(); });
+    const int status = application_.run([this] { activate(); }, [this] { quit(); });
     app_.reset();
     return status;
 }
 
 void AppDelegate::activate()
 {
+    if (isQuitting_)
+        return;
     auto& window = app_->window();
     if (!window.get_application()) {
         window.signal_close_request().connect(
             [this] {
-                application_.quit();
+                quit();
                 return true; // The window goes with everything else, in order.
             },
             false);
         application_.addWindow(static_cast<Gtk::Window&>(window).gobj());
     }
     window.present();
+}
+
+/// The windows go at once; the program may stay a moment longer, unless it is told again to go.
+void AppDelegate::quit()
+{
+    if (std::exchange(isQuitting_, true)) {
+        application_.quit();
+        return;
+    }
+    application_.hideWindows();
+    app_->willTerminate([this] { application_.quit(); });
 }
 
 } // namespace corvane

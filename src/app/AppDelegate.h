@@ -21,10 +21,12 @@ public:
 private:
     int runPrimary();
     void activate();
+    void quit();
 
     RendererChoice renderer_;
     DesktopApplication application_;
     std::unique_ptr<CorvaneApp> app_; // only in the primary instance
+    bool isQuitting_ = false;
 };
 
 } // namespace corvane

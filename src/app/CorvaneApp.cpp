@@ -1,6 +1,7 @@
 #include "app/CorvaneApp.h"
 
 #include "base/RandomBits.h"
+#include "platform/AnalyticsLocalHTTPServer.h"
 #include "ui/IconTheme.h"
 #include "ui/StyleSheet.h"
 
@@ -16,6 +17,9 @@ namespace {
 /// A first page that takes longer than this keeps nobody waiting.
 constexpr std::chrono::seconds longestFirstPage{5};
 
+/// The hidden page has an engine process of its own, which must not take time from the page that the user waits for.
+constexpr std::chrono::seconds settlingTime{1};
+
 } // namespace
 
 CorvaneApp::CorvaneApp(Endpoints endpoints, Places places, const RendererChoice& renderer, std::function<void()> quit)
@@ -27,11 +31,12 @@ CorvaneApp::CorvaneApp(Endpoints endpoints, Places places, const RendererChoice&
       siteListManager_(
           std::make_shared<SiteListManager>(files_, resources_, places_, SiteListFetcher(http_, clock_, endpoints_))),
       appUpdateManager_(std::make_shared<AppUpdateManager>(http_, clock_, endpoints_, info_)),
-      analytics_(defaults_, host_, clock_, info_), pushDevices_(http_, defaults_, endpoints_, info_),
+      analytics_(std::make_shared<AnalyticsManager>(defaults_, host_, clock_, info_)),
+      pushDevices_(http_, defaults_, endpoints_, info_),
       refresh_(pushDevices_, clock_, queue_, wake_, systemRandomBits), themeManager_(resources_),
-      installers_(http_, files_, incoming_, desktop_, clock_, places_), appState_(defaults_, analytics_),
+      installers_(http_, files_, incoming_, desktop_, clock_, places_), appState_(defaults_, *analytics_),
       allowedHosts_(endpoints_.notification),
-      coordinator_(appState_, pushDevices_, analytics_, allowedHosts_, queue_, clock_),
+      coordinator_(appState_, pushDevices_, *analytics_, allowedHosts_, queue_, clock_),
       browser_({.appState = appState_,
                 .settings = settingsManager_->settings(),
                 .pushDevices = pushDevices_,
@@ -48,7 +53,7 @@ CorvaneApp::CorvaneApp(Endpoints endpoints, Places places, const RendererChoice&
                     .appUpdateManager = *appUpdateManager_,
                     .pushDevices = pushDevices_,
                     .defaults = defaults_,
-                    .analytics = analytics_,
+                    .analytics = *analytics_,
                     .sheets = sheetsModel_,
                     .installer = installerModel_,
                     .desktop = desktop_,
@@ -59,20 +64,20 @@ CorvaneApp::CorvaneApp(Endpoints endpoints, Places places, const RendererChoice&
                      .appUpdateManager = *appUpdateManager_,
                      .settingsManager = *settingsManager_,
                      .pushDevices = pushDevices_,
-                     .analytics = analytics_,
+                     .analytics = *analytics_,
                      .endpoints = endpoints_},
                     {.siteUpdate = windowModel_.showSiteUpdateBadge(),
                      .appUpdate = windowModel_.showAppUpdateBadge(),
                      .notification = windowModel_.showNotificationBadge()}),
-      selectorModel_(appState_, siteListManager_->sites(), defaults_, analytics_),
+      selectorModel_(appState_, siteListManager_->sites(), defaults_, *analytics_),
       aboutModel_({.appState = appState_,
                    .settingsManager = *settingsManager_,
-                   .analytics = analytics_,
+                   .analytics = *analytics_,
                    .resources = resources_,
                    .desktop = desktop_,
                    .endpoints = endpoints_,
                    .app = info_}),
-      settingsModel_(appState_, *settingsManager_, analytics_, endpoints_),
+      settingsModel_(appState_, *settingsManager_, *analytics_, endpoints_),
       notificationsModel_({.appState = appState_,
                            .manager = pushDevices_,
                            .settingsManager = *settingsManager_,
@@ -88,7 +93,7 @@ CorvaneApp::CorvaneApp(Endpoints endpoints, Places places, const RendererChoice&
                       .clock = clock_,
                       .desktop = desktop_},
                      [this](const WhatsNewContext& context) { windowModel_.update(context); }),
-      consentModel_(appState_, *settingsManager_, analytics_, defaults_, endpoints_),
+      consentModel_(appState_, *settingsManager_, *analytics_, defaults_, endpoints_),
       shortcuts_(appState_, toolbarModel_, selectorModel_, [this] { notifications_.post(toggleURLModeNotification); }),
       keys_([this](const KeyPress& key, KeyMonitor::Place place) { return shortcuts_.press(key, place); }),
       activation_(queue_, WindowMonitor::isAnyWindowActive, [this] { activated(); }), windows_(keys_, activation_)
@@ -146,16 +151,18 @@ void CorvaneApp::launch()
 {
     const auto& settings = *settingsManager_->settings();
     applyAppearance(settings.AppTheme);
-    analytics_.adoptEnabled(settings.AnalyticsEnabled == "On");
-    analytics_.trackAppStart();
+    analytics_->adoptEnabled(settings.AnalyticsEnabled == "On");
+    analytics_->trackAppStart();
 
     settingsChanges_ =
         settingsManager_->settings().observe([this, previous = settings](const AppSettings& now) mutable {
             const auto before = std::exchange(previous, now);
             if (now.AppTheme != before.AppTheme)
                 applyAppearance(now.AppTheme);
-            if (now.AnalyticsEnabled != before.AnalyticsEnabled)
-                analytics_.setEnabled(now.AnalyticsEnabled == "On");
+            if (now.AnalyticsEnabled != before.AnalyticsEnabled) {
+                analytics_->setEnabled(now.AnalyticsEnabled == "On");
+                startAnalytics();
+            }
         });
     refreshAfterFirstPage();
 }
@@ -177,6 +184,27 @@ void CorvaneApp::startRefreshing()
     isRefreshing_ = true;
     refresh_.start(siteListManager_, appUpdateManager_, settingsManager_);
     sweeping_ = queue_.post([this] { sweepFolders(); });
+    settling_ = clock_.after(settlingTime, [this] {
+        hasSettled_ = true;
+        startAnalytics();
+    });
+}
+
+/// Does nothing before the program has settled, while analytics is off, and once it has been done.
+void CorvaneApp::startAnalytics()
+{
+    if (analyticsView_ || !hasSettled_ || settingsManager_->settings()->AnalyticsEnabled != "On")
+        return;
+    analyticsServer_ = std::make_unique<AnalyticsLocalHTTPServer>();
+    auto page = std::make_shared<AnalyticsWebView>(AnalyticsWebView::Parts{.views = views_,
+                                                                           .server = *analyticsServer_,
+                                                                           .resources = resources_,
+                                                                           .endpoints = endpoints_,
+                                                                           .queue = queue_});
+    const auto makeNativeCollect = [this] {
+        return std::make_shared<AnalyticsNativeCollect>(http_, queue_, clock_, host_, endpoints_);
+    };
+    analyticsView_.emplace(*analytics_, AnalyticsRoutes{std::move(page), makeNativeCollect, queue_});
 }
 
 void CorvaneApp::activated()
@@ -201,9 +229,10 @@ void CorvaneApp::showSettings()
         appState_.showSettings.set(true);
 }
 
-void CorvaneApp::willTerminate()
+void CorvaneApp::willTerminate(std::function<void()> ready)
 {
-    analytics_.trackAppEnd();
+    analytics_->trackAppEnd();
+    analytics_->bidFarewell(std::move(ready));
 }
 
 void CorvaneApp::applyAppearance(const std::string& appTheme)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analytics/AnalyticsManager.h"
+#include "analytics/AnalyticsWebViewRepresentable.h"
 #include "base/NotificationCenter.h"
 #include "browser/AllowedHosts.h"
 #include "browser/WebViewCoordinator.h"
@@ -21,6 +22,7 @@
 #include "platform/WebKitViewFactory.h"
 #include "ports/AppInfo.h"
 #include "ports/Endpoints.h"
+#include "ports/LoopbackServer.h"
 #include "ports/Places.h"
 #include "refresh/StatusRefreshCoordinator.h"
 #include "screens/AboutModel.h"
@@ -46,6 +48,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace corvane {
 
@@ -73,8 +76,9 @@ public:
     void showAbout() { notifications_.post(showAboutNotification); }
     void showSettings();
 
-    /// The program ends.
-    void willTerminate();
+    /// The program ends: records it and calls `ready` when the last events have had a moment to leave, which is at once
+    /// while analytics is off. To be called once.
+    void willTerminate(std::function<void()> ready);
 
 private:
     static void startToolkit();
@@ -82,6 +86,7 @@ private:
     void launch();
     void refreshAfterFirstPage();
     void startRefreshing();
+    void startAnalytics();
     void activated();
     void sweepFolders();
     static void applyAppearance(const std::string& appTheme);
@@ -105,7 +110,8 @@ private:
     std::shared_ptr<SettingsManager> settingsManager_;
     std::shared_ptr<SiteListManager> siteListManager_;
     std::shared_ptr<AppUpdateManager> appUpdateManager_;
-    AnalyticsManager analytics_;
+    std::unique_ptr<LoopbackServer> analyticsServer_; // null until analytics starts
+    std::shared_ptr<AnalyticsManager> analytics_;
     PushDeviceManager pushDevices_;
     StatusRefreshCoordinator refresh_;
     ThemeManager themeManager_;
@@ -135,11 +141,14 @@ private:
     WindowMonitor windows_;
 
     bool isRefreshing_ = false;
+    bool hasSettled_ = false; // the first page is there, and has had a moment
     Subscription firstPage_;
     Subscription firstPageLimit_;
     Subscription settingsChanges_;
     Subscription sweeping_;
-    std::unique_ptr<MainWindowView> window_; // last: it shows everything above
+    Subscription settling_;
+    std::optional<AnalyticsWebViewRepresentable> analyticsView_; // empty until analytics is on and the program settled
+    std::unique_ptr<MainWindowView> window_;                     // last: it shows everything above
 };
 
 } // namespace corvane

@@ -12,9 +12,9 @@
 namespace corvane {
 namespace {
 
-gboolean quitOnSignal(gpointer application)
+gboolean callOnSignal(gpointer interrupted)
 {
-    g_application_quit(G_APPLICATION(application));
+    (*static_cast<const std::function<void()>*>(interrupted))();
     return G_SOURCE_CONTINUE;
 }
 
@@ -43,16 +43,15 @@ int DesktopApplication::activatePrimary()
     return g_application_run(G_APPLICATION(application_.get()), 0, nullptr);
 }
 
-int DesktopApplication::run(std::function<void()> activate, std::function<void()> shutdown)
+int DesktopApplication::run(std::function<void()> activate, std::function<void()> interrupted)
 {
     activate_ = std::move(activate);
-    shutdown_ = std::move(shutdown);
+    interrupted_ = std::move(interrupted);
     auto* application = application_.get();
     activated_ = SignalConnection::to<&DesktopApplication::activated>(application, "activate", this);
-    shutDown_ = SignalConnection::to<&DesktopApplication::shutDown>(application, "shutdown", this);
     std::vector<guint> sources;
     for (const int number : {SIGTERM, SIGINT, SIGHUP})
-        sources.push_back(g_unix_signal_add(number, quitOnSignal, application));
+        sources.push_back(g_unix_signal_add(number, callOnSignal, &interrupted_));
     const int status = g_application_run(G_APPLICATION(application), 0, nullptr);
     for (const auto source : sources)
         g_source_remove(source);
@@ -86,6 +85,13 @@ void DesktopApplication::closeActiveWindow()
 {
     if (auto* window = gtk_application_get_active_window(application_.get()))
         gtk_window_close(window);
+}
+
+void DesktopApplication::hideWindows()
+{
+    g_application_hold(G_APPLICATION(application_.get()));
+    for (auto* window = gtk_application_get_windows(application_.get()); window != nullptr; window = window->next)
+        gtk_widget_set_visible(GTK_WIDGET(window->data), FALSE);
 }
 
 void DesktopApplication::quit()

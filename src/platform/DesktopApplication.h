@@ -14,9 +14,8 @@ typedef struct _GtkWindow GtkWindow;
 
 namespace corvane {
 
-/// This program's place on the user's desktop: the one instance per user, its activation, its end. Also ends in the
-/// ordinary way on SIGTERM, SIGINT and SIGHUP. The toolkit's C++ binding is not started here: it takes longer than
-/// everything that the first page needs.
+/// This program's place on the user's desktop: the one instance per user, its activation, its end. The toolkit's C++
+/// binding is not started here: it takes longer than everything that the first page needs.
 class DesktopApplication {
 public:
     enum class Role : std::uint8_t { primary, secondary };
@@ -32,8 +31,8 @@ public:
     int activatePrimary();
 
     /// Runs until `quit`, or until the last window has gone; the exit status. `activate` is called at the start and
-    /// whenever a later instance hands over, `shutdown` at the end.
-    int run(std::function<void()> activate, std::function<void()> shutdown);
+    /// whenever a later instance hands over, `interrupted` on SIGTERM, SIGINT and SIGHUP: it is to end the program.
+    int run(std::function<void()> activate, std::function<void()> interrupted);
 
     /// An action of the whole program with a key of its own, such as "<Control>q"; empty for none. Before `run`.
     void addAction(const char* name, const char* key, std::function<void()> action);
@@ -43,11 +42,13 @@ public:
     /// Asks the window that has the focus to close.
     void closeActiveWindow();
 
+    /// The program runs on without them until `quit`.
+    void hideWindows();
+
     void quit();
 
 private:
     void activated() { activate_(); }
-    void shutDown() { shutdown_(); }
 
     struct Action {
         void activated(GVariant* parameter);
@@ -59,9 +60,8 @@ private:
     GObjectPtr<GtkApplication> application_;
     std::vector<std::unique_ptr<Action>> actions_;
     std::function<void()> activate_;
-    std::function<void()> shutdown_;
+    std::function<void()> interrupted_;
     SignalConnection activated_;
-    SignalConnection shutDown_;
 };
 
 } // namespace corvane

@@ -164,7 +164,12 @@ std::string releaseNotesReaderStyle(const DialogThemeColors& colors)
 
 std::string notificationReaderStyle(const DialogThemeColors& colors)
 {
-    return colorScheme(colors) + fmt::format("html{{color:{} !important}}\n", cssText(colors.text));
+    // The ground is the dialog's own: without graphics hardware, the engine draws a page that has none over the page
+    // before it.
+    return colorScheme(colors) +
+           fmt::format("html{{color:{} !important;background:linear-gradient(135deg,{},{},{}) fixed !important}}\n",
+                       cssText(colors.text), cssText(opaque(colors.background1, colors)),
+                       cssText(opaque(colors.background2, colors)), cssText(opaque(colors.background3, colors)));
 }
 
 } // namespace corvane

@@ -174,6 +174,7 @@ TEST_P(ShippedSheet, KeepsDocumentsInTheThemeWhateverTheDesktopSays)
     const auto text = notification.at("html").at("color");
     ASSERT_TRUE(text.ends_with(" !important"));
     EXPECT_GE(contrastOn(parseCSSColor(text.substr(0, text.find(" !"))).value(), Color::clear()), leastContrast);
+    EXPECT_TRUE(notification.at("html").at("background").starts_with("linear-gradient(")); // never the page before
 }
 
 INSTANTIATE_TEST_SUITE_P(Themes, ShippedSheet, ::testing::ValuesIn(dialogThemeOptions),

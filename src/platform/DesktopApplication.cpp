@@ -90,8 +90,12 @@ void DesktopApplication::closeActiveWindow()
 void DesktopApplication::hideWindows()
 {
     g_application_hold(G_APPLICATION(application_.get()));
+    // Hiding a window changes the list that it stands in, and may close another one.
+    std::vector<GObjectPtr<GtkWidget>> windows;
     for (auto* window = gtk_application_get_windows(application_.get()); window != nullptr; window = window->next)
-        gtk_widget_set_visible(GTK_WIDGET(window->data), FALSE);
+        windows.push_back(retain(GTK_WIDGET(window->data)));
+    for (const auto& window : windows)
+        gtk_widget_set_visible(window.get(), FALSE);
 }
 
 void DesktopApplication::quit()

@@ -14,7 +14,7 @@ Json messageOf(const AnalyticsEvent& event)
 {
     auto params = Json::object();
     for (const auto& [key, value] : event.params)
-        std::visit([&](const auto& plain) { params[key] = plain; }, value);
+        params[key] = std::visit([](const auto& plain) { return Json(plain); }, value);
     return {{"type", "event"}, {"name", event.name}, {"params", std::move(params)}};
 }
 
@@ -75,8 +75,8 @@ void AnalyticsManager::handleConfigured()
         const std::scoped_lock guard(lock_);
         events.swap(preInitQueue_);
     }
-    for (auto& event : events)
-        deliver(std::move(event));
+    for (const auto& event : events)
+        deliver(event);
 }
 
 void AnalyticsManager::handleCollectVerified()
@@ -88,7 +88,7 @@ void AnalyticsManager::handleCollectVerified()
 
 /// Way and copy are settled in one step, so that an event recorded while the check ends goes directly or is among the
 /// copies that the check sends.
-void AnalyticsManager::deliver(AnalyticsEvent event)
+void AnalyticsManager::deliver(const AnalyticsEvent& event)
 {
     bool isDirect = false;
     bool isFirstCopy = false;

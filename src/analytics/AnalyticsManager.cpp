@@ -50,7 +50,7 @@ void AnalyticsManager::track(std::string name, AnalyticsParams params)
             return;
         }
     }
-    deliver(std::move(event));
+    deliver(event);
 }
 
 void AnalyticsManager::trackAppStart()

@@ -32,8 +32,8 @@ struct AnalyticsRoutes;
 /// - direct: the check found no such proof; the copies and everything later are sent without the page.
 /// Switching off and on again leads back to the unverified page.
 ///
-/// Events may be recorded on any thread; all else belongs to the main thread. Held by a shared pointer where delivery is
-/// started.
+/// Events may be recorded on any thread; all else belongs to the main thread. Held by a shared pointer where delivery
+/// is started.
 class AnalyticsManager : public std::enable_shared_from_this<AnalyticsManager> {
 public:
     static constexpr std::chrono::seconds verificationDelay{2};
@@ -107,7 +107,7 @@ private:
     void handleConfigured();
     void handleCollectVerified();
     void sendConfiguration();
-    void deliver(AnalyticsEvent event);
+    void deliver(const AnalyticsEvent& event);
     void sendDirectly(const AnalyticsEvent& event);
     AnalyticsNativeCollect& nativeCollect();
     void resetVerification();

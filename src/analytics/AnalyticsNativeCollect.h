@@ -22,7 +22,7 @@ namespace corvane {
 /// made on any thread, destroyed on the main thread, which ends the requests that still run.
 class AnalyticsNativeCollect : public std::enable_shared_from_this<AnalyticsNativeCollect> {
 public:
-    /// The session of these requests begins now. The first two must outlive this object.
+    /// The time that all requests bear as "sid" is now. The first two must outlive this object.
     AnalyticsNativeCollect(HttpClient& http, MainQueue& queue, const Clock& clock, const HostInfo& host,
                            const Endpoints& endpoints);
 
@@ -39,12 +39,14 @@ private:
 
     HttpClient& http_;
     MainQueue& queue_;
-    const std::string endpoint_; // without query and fragment
-    const std::string measurementId_;
-    const std::string language_; // for example "de-ch"
-    const std::int64_t sessionId_;
 
-    std::mutex lock_;
+    // Fixed from the start, so every thread may read them.
+    std::string endpoint_; // without query and fragment
+    std::string measurementId_;
+    std::string language_; // for example "de-ch"
+    std::int64_t sessionId_;
+
+    std::mutex lock_; // guards the next one
     std::int64_t hitCount_ = 0;
 
     BusyFlag busy_;

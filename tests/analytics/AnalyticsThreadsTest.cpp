@@ -26,6 +26,7 @@ protected:
     {
         std::atomic<int> running = threads;
         std::vector<std::jthread> workers;
+        workers.reserve(threads);
         for (int number = 0; number < threads; ++number) {
             workers.emplace_back([&, number] {
                 for (int round = 0; round < rounds; ++round)

@@ -109,6 +109,14 @@ class Corvane:
         """The latest page or document with this title; None when there is none."""
         return self._pages.find(title)
 
+    def until_document_shows(self, text):
+        """Waits until the document in the active dialog says this and is drawn; gives back the rectangle it lies in."""
+        self._events.until(f'the document says "{text}"', lambda: (page := self.page("")) and page.says(text))
+        x, y, width, height = self._screen.frame()
+        inside = x + width // 20, y + height // 5, width * 9 // 10, height * 3 // 5  # without header and footer
+        self._screen.until_drawn(inside)
+        return inside
+
     # What a person does.
 
     def press(self, name, within=None):

@@ -34,6 +34,7 @@ class Screen:
     """Presses real keys, moves windows about, and takes pictures."""
 
     STILL_BITS = 30_000  # of difference between two pictures: a blinking caret, not more
+    EDGE = 60  # of difference between two neighbours in a row: text, not a gradient
 
     def __init__(self, events):
         self._events = events
@@ -88,6 +89,14 @@ class Screen:
         """Saves what is on the screen, or of it the rectangle `crop` (x, y, width, height)."""
         Path(file).parent.mkdir(parents=True, exist_ok=True)
         run("import", "-silent", "-window", "root", *self._part(crop), "-strip", "-depth", "8", str(file))
+
+    def until_drawn(self, crop):
+        """Waits until there is text in the rectangle `crop` (x, y, width, height): the engine tells of a document before
+        it draws it."""
+        def has_text():
+            pixels = self._pixels(*self._part(crop))
+            return any(abs(left - right) > self.EDGE for left, right in zip(pixels, pixels[3:]))
+        self._events.until("the document is drawn", has_text)
 
     def still_pixels(self, crop):
         """The colours of the rectangle `crop` (x, y, width, height), once they do not change any more."""

@@ -27,7 +27,7 @@ class NotificationsTest(World):
     def until_open(self, title, text):
         """Waits for a notification to be open and for its text to be shown."""
         dialog = self.program.dialog(title)
-        self.until_document_says(text)
+        self.program.until_document_shows(text)
         return dialog
 
     def test_come_on_return_to_the_window_and_are_gone_once_read(self):
@@ -73,8 +73,7 @@ class NotificationsTest(World):
         for title in ("Short", "Long", "Short"):
             self.program.press(title, self.program.dialog("Notifications"))
             dialog = self.until_open(title, f"{title}!")
-            x, y, width, height = self.screen.frame()
-            pictures.append(self.screen.still_pixels((x, y + 60, width, height - 140)))  # between header and footer
+            pictures.append(self.screen.still_pixels(self.program.until_document_shows(f"{title}!")))
             self.program.press("Back", dialog)
         self.assertTrue(pictures[0] != pictures[1], "both look the same")
         self.assertTrue(pictures[0] == pictures[2], "the long one shines through")

@@ -24,7 +24,7 @@ class ServiceListTest(World):
     def offer(self):
         self.program.choose("Check for List Updates")
         dialog = self.program.dialog(NEW_LIST)
-        self.until_document_says("A new list of services")
+        self.program.until_document_shows("A new list of services")
         return dialog
 
     def test_replaces_the_catalogue_by_the_published_one_when_it_is_accepted(self):
@@ -52,12 +52,12 @@ class ServiceListTest(World):
 
     def test_leads_to_earlier_notes_and_back(self):
         self.program.press("Older update", self.offer())
-        self.until_document_says("The list of services")
+        self.program.until_document_shows("The list of services")
         older = self.program.active_window()
         self.assertTrue(older.name.startswith("Service list until"), older.name)
         self.program.press("Newer update", older)
         self.program.dialog(NEW_LIST)
-        self.until_document_says("A new list of services")
+        self.program.until_document_shows("A new list of services")
         self.program.end()
 
 
@@ -80,7 +80,7 @@ class NewVersionTest(World):
     def test_downloads_the_installer_and_waits_to_be_told_to_quit(self):
         self.server.release("9.0", EXAMPLES / "release-notes.html", image_size=20_000_000)
         self.offer("9.0")
-        self.until_document_says("What's new in Corvane 9.0")
+        self.program.until_document_shows("What's new in Corvane 9.0")
         self.events.watch_folder(self.home.downloads)
         self.screen.keys("Return")  # Update
         self.program.until_closed(NEW_VERSION)

@@ -80,15 +80,6 @@ class World(unittest.TestCase):
         self.program.press(answer, dialog)
         self.program.until_closed(heading)
 
-    def until_document_says(self, text):
-        """Waits for the document in a dialog, which has no title, to show a text with this part."""
-        self.until(f'the document says "{text}"', lambda: (page := self.program.page("")) and page.says(text))
-
-    def has_badge(self, entry):
-        """Whether an entry of the menu, which must be open, bears a badge."""
-        found = self.program.main_window().find(entry)
-        return found is not None and found.description == "New"
-
     def until_something_new(self):
         """Waits for the dot on the menu button. Looking at another window and back makes the program ask the server;
         it does so every five seconds at most."""

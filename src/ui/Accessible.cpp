@@ -27,4 +27,9 @@ void setAccessibleDescription(Gtk::Widget& widget, const std::string& descriptio
     setProperty(widget, GTK_ACCESSIBLE_PROPERTY_DESCRIPTION, description);
 }
 
+void setDialogRole(Gtk::Window& window)
+{
+    g_object_set(window.gobj(), "accessible-role", GTK_ACCESSIBLE_ROLE_DIALOG, nullptr);
+}
+
 } // namespace corvane

@@ -3,6 +3,7 @@
 #include <string>
 
 #include <gtkmm/widget.h>
+#include <gtkmm/window.h>
 
 namespace corvane {
 
@@ -12,5 +13,8 @@ void setAccessibleName(Gtk::Widget& widget, const std::string& name);
 
 /// The same for what is read after the name.
 void setAccessibleDescription(Gtk::Widget& widget, const std::string& description);
+
+/// Lets assistive technology announce a window as a dialog. For windows that have not been shown yet.
+void setDialogRole(Gtk::Window& window);
 
 } // namespace corvane

@@ -1,6 +1,7 @@
 #include "ui/SheetFrame.h"
 
 #include "base/Text.h"
+#include "ui/Accessible.h"
 #include "ui/TopmostWindow.h"
 
 #include <utility>
@@ -15,6 +16,7 @@ namespace corvane {
 
 SheetFrame::SheetFrame(Gtk::Window& mainWindow, WindowMonitor& windows, const std::string& title)
 {
+    setDialogRole(*this);
     add_css_class("themed-dialog");
     set_transient_for(topmostWindow(mainWindow));
     set_modal(true);

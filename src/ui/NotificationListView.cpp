@@ -45,6 +45,7 @@ NotificationListView::NotificationListView(NotificationsModel& model)
         if (const auto* activated = notification(position))
             model_.select(*activated);
     });
+    list_.signal_map().connect([this] { giveFocus(); });
     set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
     set_vexpand(true);
     set_child(list_);
@@ -59,18 +60,18 @@ void NotificationListView::refresh()
 void NotificationListView::focusLine()
 {
     wantsFocus_ = true;
-    if (list_.get_mapped())
-        giveFocus();
+    giveFocus();
 }
 
-/// The toolkit makes the lines when it lays the list out, and a line takes the keyboard only once it is complete.
+/// A line takes the keyboard only once it has been laid out in a window that is seen: that window begins with the focus
+/// elsewhere.
 void NotificationListView::giveFocus()
 {
     if (!wantsFocus_)
         return;
     focusing_ = callLater([this] {
-        if (auto* line = list_.get_first_child())
-            wantsFocus_ = !line->child_focus(Gtk::DirectionType::TAB_FORWARD);
+        auto* line = list_.get_mapped() ? list_.get_first_child() : nullptr;
+        wantsFocus_ = line == nullptr || !line->child_focus(Gtk::DirectionType::TAB_FORWARD);
     });
 }
 

@@ -46,12 +46,14 @@ void AnalyticsManager::startWebView(AnalyticsRoutes routes)
 
 void AnalyticsManager::handleReady()
 {
+    bool isOn = false;
     {
         const std::scoped_lock guard(lock_);
         if (std::exchange(webViewConfigured_, true))
             return;
+        isOn = enabled_;
     }
-    if (enabled_) {
+    if (isOn) {
         sendConfiguration();
         return;
     }
@@ -177,7 +179,7 @@ void AnalyticsManager::bidFarewell(std::function<void()> done)
     farewellDone_ = std::move(done);
     farewellLimit_ = clock_.after(longestFarewell, [this] { endFarewell(); });
     if (!isDirect)
-        return; // The page does not tell when it has sent something.
+        return; // The page does not tell which event it has sent.
     // Behind the requests, which start in turns of their own.
     farewellAnswers_ = routes_->queue.post([this] {
         farewellAnswers_ = nativeCollect().isSending().bind([this](bool isSending) {

@@ -43,7 +43,7 @@ public:
     /// Makes the hidden view and starts loading the page, the first time only. Main thread only.
     ///
     /// The page comes from the loopback server or, when that does not start, under the custom scheme. Without a page
-    /// resource nothing is loaded. A page that fails to load is not retried.
+    /// resource nothing is loaded. A page that fails to load, or whose process ends, is not retried.
     void setUp();
 
     void setSignals(Signals signals);

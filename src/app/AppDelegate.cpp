@@ -64,9 +64,9 @@ int AppDelegate::runPrimary()
 {
     app_ = std::make_unique<CorvaneApp>(readEndpoints(), xdgPlaces(), renderer_, [this] { quit(); });
     app_->startFirstLoad();
-    application_.addAction("about", "", [this] { app_->showAbout(); });
-    application_.addAction("preferences", "<Control>comma", [this] { app_->showSettings(); });
-    application_.addAction("shortcuts", "<Control>question", [this] { showShortcuts(app_->window()); });
+    addWindowAction("about", "", [this] { app_->showAbout(); });
+    addWindowAction("preferences", "<Control>comma", [this] { app_->showSettings(); });
+    addWindowAction("shortcuts", "<Control>question", [this] { showShortcuts(app_->window()); });
     application_.addAction("close", "<Control>w", [this] { application_.closeActiveWindow(); });
     application_.addAction("quit", "<Control>q", [this] { quit(); });
     const int status = application_.run([this] { activate(); }, [this] { quit(); });
@@ -74,6 +74,16 @@ int AppDelegate::runPrimary()
     return status;
 }
 
+/// An action that shows a window; not any more once the windows have gone.
+void AppDelegate::addWindowAction(const char* name, const char* key, std::function<void()> action)
+{
+    application_.addAction(name, key, [this, action = std::move(action)] {
+        if (!isQuitting_)
+            action();
+    });
+}
+
+/// A start by the user while the program is ending shows nothing; the next one does.
 void AppDelegate::activate()
 {
     if (isQuitting_)

@@ -4,6 +4,7 @@
 #include "platform/DesktopApplication.h"
 #include "platform/RendererChoice.h"
 
+#include <functional>
 #include <memory>
 
 namespace corvane {
@@ -20,6 +21,7 @@ public:
 
 private:
     int runPrimary();
+    void addWindowAction(const char* name, const char* key, std::function<void()> action);
     void activate();
     void quit();
 

@@ -150,11 +150,13 @@ bool isLightTheme(const DialogThemeColors& colors)
 
 std::string releaseNotesReaderStyle(const DialogThemeColors& colors)
 {
-    auto css = colorScheme(colors) + "body{color:var(--text) !important}\n"
-                                     ".whatsnew h2{color:var(--heading-text) !important}\n"
-                                     ".whatsnew .intro,.whatsnew .item-desc,.whatsnew .closing"
-                                     "{color:var(--text-muted) !important}\n"
-                                     ".whatsnew .item{border-left-color:var(--link) !important}\n";
+    auto css = colorScheme(colors) +
+               "html{min-height:100% !important}\n" // one run of the ground's gradient, however short the notes
+               "body{color:var(--text) !important}\n"
+               ".whatsnew h2{color:var(--heading-text) !important}\n"
+               ".whatsnew .intro,.whatsnew .item-desc,.whatsnew .closing"
+               "{color:var(--text-muted) !important}\n"
+               ".whatsnew .item{border-left-color:var(--link) !important}\n";
     const bool isLight = isLightTheme(colors);
     for (const auto& [name, lightFill, lightText, darkFill, darkText] : badges)
         css += fmt::format(".whatsnew .badge-{}{{background:{} !important;color:{} !important}}\n", name,

@@ -50,7 +50,7 @@ SheetFrame::SheetFrame(Gtk::Window& mainWindow, WindowMonitor& windows, const st
     windows.watch(*this);
 }
 
-void SheetFrame::closeWith(std::function<void()> close)
+void SheetFrame::closeWith(const std::function<void()>& close)
 {
     closeWith(close, close);
 }
@@ -89,7 +89,7 @@ void SheetFrame::addToHeader(Gtk::Widget& start, Gtk::Widget& end)
     header_.append(end);
 }
 
-Gtk::Button& SheetFrame::makeButton(const std::string& label, Emphasis emphasis, std::function<void()> pressed)
+Gtk::Button& SheetFrame::makeButton(const std::string& label, Emphasis emphasis, const std::function<void()>& pressed)
 {
     auto* button = Gtk::make_managed<Gtk::Button>(label);
     switch (emphasis) {
@@ -103,20 +103,21 @@ Gtk::Button& SheetFrame::makeButton(const std::string& label, Emphasis emphasis,
         button->add_css_class("donate");
         break;
     }
-    button->signal_clicked().connect(std::move(pressed));
+    button->signal_clicked().connect(pressed);
     return *button;
 }
 
-Gtk::Button& SheetFrame::addButton(const std::string& label, Emphasis emphasis, std::function<void()> pressed)
+Gtk::Button& SheetFrame::addButton(const std::string& label, Emphasis emphasis, const std::function<void()>& pressed)
 {
-    auto& button = makeButton(label, emphasis, std::move(pressed));
+    auto& button = makeButton(label, emphasis, pressed);
     footerEnd_.append(button);
     return adopt(button, emphasis);
 }
 
-Gtk::Button& SheetFrame::addButtonAtStart(const std::string& label, Emphasis emphasis, std::function<void()> pressed)
+Gtk::Button& SheetFrame::addButtonAtStart(const std::string& label, Emphasis emphasis,
+                                          const std::function<void()>& pressed)
 {
-    auto& button = makeButton(label, emphasis, std::move(pressed));
+    auto& button = makeButton(label, emphasis, pressed);
     footerStart_.append(button);
     return adopt(button, emphasis);
 }

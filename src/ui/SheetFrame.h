@@ -30,7 +30,7 @@ public:
 
 protected:
     /// Escape, and the window manager's button. `close` is what the dialog does then.
-    void closeWith(std::function<void()> close);
+    void closeWith(const std::function<void()>& close);
 
     /// The same with two answers; without `escape` the key does nothing.
     void closeWith(std::function<void()> close, std::function<void()> escape);
@@ -45,14 +45,14 @@ protected:
     void addToHeader(Gtk::Widget& start, Gtk::Widget& end);
 
     /// Appends a button to one end of the footer.
-    Gtk::Button& addButton(const std::string& label, Emphasis emphasis, std::function<void()> pressed);
-    Gtk::Button& addButtonAtStart(const std::string& label, Emphasis emphasis, std::function<void()> pressed);
+    Gtk::Button& addButton(const std::string& label, Emphasis emphasis, const std::function<void()>& pressed);
+    Gtk::Button& addButtonAtStart(const std::string& label, Emphasis emphasis, const std::function<void()>& pressed);
 
     /// Something that lies over everything and takes no pointer.
     void addOverlay(Gtk::Widget& widget) { everything_.add_overlay(widget); }
 
     /// A button as the footer has it, for other places.
-    static Gtk::Button& makeButton(const std::string& label, Emphasis emphasis, std::function<void()> pressed);
+    static Gtk::Button& makeButton(const std::string& label, Emphasis emphasis, const std::function<void()>& pressed);
 
 private:
     Gtk::Button& adopt(Gtk::Button& button, Emphasis emphasis);

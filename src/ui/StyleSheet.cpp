@@ -28,6 +28,7 @@ constexpr const char* styleSheet = R"(
 menubutton.nav-button { padding: 0; }
 
 .service-picker > button { padding-top: 2px; padding-bottom: 2px; min-height: 28px; }
+.service-picker listview { background: none; }
 .service-row { padding: 5px 8px; }
 .url-field { min-height: 26px; }
 .url-box {
@@ -54,17 +55,17 @@ menubutton.nav-button { padding: 0; }
 .themed-dialog .card.rows { padding: 0; }
 .themed-dialog .row { padding: 10px 14px; }
 .themed-dialog .row button { padding-top: 4px; padding-bottom: 4px; }
-.themed-dialog .row .link-button { padding-left: 0; padding-right: 0; }
 .themed-dialog .product-name { font-size: 1.9em; font-weight: bold; }
 .themed-dialog .version-line { font-size: 1.05em; padding: 2px 0; }
 .themed-dialog .support-prompt { padding-top: 12px; }
 .themed-dialog .links { padding-top: 14px; }
 .themed-dialog .status-row { padding: 10px 20px; }
-.themed-dialog .notification-list { padding: 8px; }
+.themed-dialog .notification-list { padding: 8px 12px; }
 .themed-dialog .notification-list > row { padding: 0; border-radius: 8px; }
 .themed-dialog .flat-row { padding: 4px; }
 .themed-dialog .icon-button { padding: 0; }
-.themed-dialog .link-button, .themed-dialog .support-address { padding: 2px 4px; }
+.themed-dialog .link-button { padding: 2px 0; }
+.themed-dialog .support-address { padding: 2px 4px; }
 .themed-dialog .copied-label { padding: 6px 12px; }
 
 .toolbar-menu > contents { padding: 6px; }

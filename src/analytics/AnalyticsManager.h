@@ -83,9 +83,9 @@ public:
     void trackSettingsChanged();
     void trackDonationClick();
 
-    /// Calls `done` when what was recorded so far has had its chance to leave: at once while analytics is off or nothing
-    /// can, else when the direct requests are answered, but after `longestFarewell` at the latest. Not after this object
-    /// is gone.
+    /// Calls `done` when what was recorded so far has had its chance to leave: at once while analytics is off or
+    /// nothing can, else when the direct requests are answered, but after `longestFarewell` at the latest. Not after
+    /// this object is gone.
     void bidFarewell(std::function<void()> done);
 
     const std::string& clientId() const { return clientId_; }

@@ -55,7 +55,7 @@ class Party:
     def environment(self, display, home, base):
         environment = {name: value for name, value in os.environ.items()
                        if name not in ("WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "AT_SPI_BUS_ADDRESS",
-                                       "GSK_RENDERER", "XAUTHORITY", "SESSION_MANAGER")
+                                       "GSK_RENDERER", "GDK_DEBUG", "XAUTHORITY", "SESSION_MANAGER")
                        and not name.startswith("CORVANE_")}
         environment |= home.environment()
         environment |= {"DISPLAY": display.name, "GDK_BACKEND": "x11", "GSETTINGS_BACKEND": "memory"}

@@ -61,6 +61,17 @@ def cpu_seconds(pids):
     return seconds
 
 
+def cpu_milliseconds(pid):
+    """The time that a process's threads, those that run still, have spent on a processor so far, to the nanosecond."""
+    spent = 0
+    for statistics in Path(f"/proc/{pid}/task").glob("*/schedstat"):
+        try:
+            spent += int(statistics.read_text().split()[0])
+        except (OSError, ValueError, IndexError):
+            pass
+    return spent / 1e6
+
+
 def wake_ups(pids):
     """How often each thread has gone to sleep so far, by (process id, thread id)."""
     counts = {}

@@ -1,9 +1,11 @@
 #include "platform/RendererChoice.h"
 
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include <malloc.h>
 
@@ -28,21 +30,31 @@ void keepFrameBuffers()
     mallopt(M_TRIM_THRESHOLD, 64 << 20);
 }
 
+/// Sets the variables that the user has not set, and tells which.
+RendererChoice software()
+{
+    // The toolkit probes OpenGL even when it draws with cairo; without a GPU that loads a compiler of shaders, 50 ms.
+    static constexpr std::array<std::pair<const char*, const char*>, 2> wanted{
+        {{"GSK_RENDERER", "cairo"}, {"GDK_DEBUG", "gl-disable"}}};
+    RendererChoice choice{.renderer = Renderer::software, .ownVariables = {}};
+    for (const auto& [variable, value] : wanted) {
+        if (std::getenv(variable) == nullptr && setenv(variable, value, 0) == 0)
+            choice.ownVariables.emplace_back(variable);
+    }
+    keepFrameBuffers();
+    return choice;
+}
+
 } // namespace
 
 RendererChoice chooseRenderer()
 {
-    static constexpr auto variable = "GSK_RENDERER";
-    const char* chosen = std::getenv(variable);
-    if (chosen == nullptr && !hasRenderNode()) {
-        setenv(variable, "cairo", 1);
+    const char* chosen = std::getenv("GSK_RENDERER");
+    const bool cairo = chosen != nullptr && std::string_view(chosen) == "cairo";
+    if ((chosen == nullptr || cairo) && !hasRenderNode())
+        return software();
+    if (cairo)
         keepFrameBuffers();
-        return {.renderer = Renderer::software, .ownVariables = {variable}};
-    }
-    if (chosen != nullptr && std::string_view(chosen) == "cairo") {
-        keepFrameBuffers();
-        return {.renderer = hasRenderNode() ? Renderer::accelerated : Renderer::software, .ownVariables = {}};
-    }
     return {.renderer = Renderer::accelerated, .ownVariables = {}};
 }
 

@@ -165,14 +165,14 @@ void AnalyticsManager::verificationTimedOut()
 
 void AnalyticsManager::bidFarewell(std::function<void()> done)
 {
-    bool canLeave = false;
     bool isDirect = false;
+    bool isByPage = false;
     {
         const std::scoped_lock guard(lock_);
-        canLeave = enabled_ && webViewStarted_ && webViewConfigured_;
-        isDirect = nativeFallbackActive_;
+        isDirect = nativeFallbackActive_; // also when switched off: its own event may be on its way
+        isByPage = !isDirect && enabled_ && webViewStarted_ && webViewConfigured_;
     }
-    if (!canLeave) {
+    if (!isDirect && !isByPage) {
         done();
         return;
     }

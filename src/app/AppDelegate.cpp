@@ -83,11 +83,14 @@ void AppDelegate::addWindowAction(const char* name, const char* key, std::functi
     });
 }
 
-/// A start by the user while the program is ending shows nothing; the next one does.
+/// A start while the program is ending cannot bring the window back, for its page has been left; it hastens the end.
 void AppDelegate::activate()
 {
-    if (isQuitting_)
+    if (isQuitting_) {
+        isAskedForAgain_ = true;
+        application_.quit();
         return;
+    }
     auto& window = app_->window();
     if (!window.get_application()) {
         window.signal_close_request().connect(

@@ -19,6 +19,9 @@ public:
     /// Runs until the program ends; its exit status.
     int run();
 
+    /// Whether the user has started the program while it was ending: it is to begin anew.
+    bool isAskedForAgain() const { return isAskedForAgain_; }
+
 private:
     int runPrimary();
     void addWindowAction(const char* name, const char* key, std::function<void()> action);
@@ -29,6 +32,7 @@ private:
     DesktopApplication application_;
     std::unique_ptr<CorvaneApp> app_; // only in the primary instance
     bool isQuitting_ = false;
+    bool isAskedForAgain_ = false;
 };
 
 } // namespace corvane

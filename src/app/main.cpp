@@ -1,14 +1,17 @@
 #include "app/AppDelegate.h"
+#include "platform/ProxyBypass.h"
 #include "platform/RendererChoice.h"
 #include "ports/AppInfo.h"
 
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <string_view>
 #include <utility>
 
 #include <fmt/format.h>
 #include <glib.h>
+#include <unistd.h>
 
 namespace {
 
@@ -43,8 +46,15 @@ int main(int count, char** arguments)
 {
     if (const int status = answerOptions(count, arguments); status >= 0)
         return status;
+    corvane::keepLoopbackFromProxies();
     auto renderer = corvane::chooseRenderer();
     g_set_prgname(corvane::AppInfo::applicationId);
     g_set_application_name("Corvane");
-    return corvane::AppDelegate(std::move(renderer)).run();
+    auto delegate = std::make_unique<corvane::AppDelegate>(std::move(renderer));
+    const int status = delegate->run();
+    const bool isAskedForAgain = delegate->isAskedForAgain();
+    delegate.reset();
+    if (isAskedForAgain)
+        execv("/proc/self/exe", arguments);
+    return status;
 }

@@ -272,6 +272,11 @@ TEST_F(AnalyticsDeliveryTest, TheEndWaitsAMomentForWhatCanStillLeave)
     pass(300ms);
     EXPECT_TRUE(http.answer(2, HttpResponse{204, ""}));
     EXPECT_EQ(ends, 5);
+
+    manager->setEnabled(false); // what was on its way may still leave
+    manager->bidFarewell([&] { ++ends; });
+    queue.runAll();
+    EXPECT_EQ(ends, 6);
     EXPECT_EQ(clock.pendingTimers(), 0U);
 }
 

@@ -33,9 +33,10 @@ void keepFrameBuffers()
 /// Sets the variables that the user has not set, and tells which.
 RendererChoice software()
 {
-    // The toolkit probes OpenGL even when it draws with cairo; without a GPU that loads a compiler of shaders, 50 ms.
-    static constexpr std::array<std::pair<const char*, const char*>, 2> wanted{
-        {{"GSK_RENDERER", "cairo"}, {"GDK_DEBUG", "gl-disable"}}};
+    // The toolkit and the engine each probe OpenGL even when nothing is drawn with it; without a GPU that loads a
+    // compiler of shaders, which takes 50 ms. The toolkit's switch alone makes the engine complain.
+    static constexpr std::array<std::pair<const char*, const char*>, 3> wanted{
+        {{"GSK_RENDERER", "cairo"}, {"GDK_DEBUG", "gl-disable"}, {"WEBKIT_DISABLE_COMPOSITING_MODE", "1"}}};
     RendererChoice choice{.renderer = Renderer::software, .ownVariables = {}};
     for (const auto& [variable, value] : wanted) {
         if (std::getenv(variable) == nullptr && setenv(variable, value, 0) == 0)

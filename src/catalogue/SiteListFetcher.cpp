@@ -1,8 +1,7 @@
 #include "catalogue/SiteListFetcher.h"
 
-#include "async/MainLoop.h"
-#include "base/Json.h"
 #include "catalogue/JsonSlices.h"
+#include "catalogue/RedirectDocument.h"
 #include "catalogue/SiteDocument.h"
 
 #include <string_view>
@@ -16,26 +15,6 @@ constexpr std::string_view documentName = "sites.json";
 std::unexpected<Error> failure(std::string message)
 {
     return std::unexpected(Error{std::move(message)});
-}
-
-/// The address that a document names in place of a catalogue; of several, as with every JSON object, the last. Only an
-/// object is looked into, with idle turns between the slices of a long one. `bytes` must outlive the task.
-Task<std::optional<std::string>> redirectAddress(std::string_view bytes)
-{
-    std::optional<std::string> address;
-    JsonSlices slices(bytes, JsonSlices::usualSize);
-    if (!slices.isObject())
-        co_return std::nullopt;
-    while (const auto slice = slices.next()) {
-        const auto members = parseJson(*slice);
-        if (!members)
-            co_return std::nullopt;
-        if (const auto* value = member(*members, "source_url"))
-            address = textOf(value) == nullptr ? std::string() : *textOf(value);
-        if (!slices.isComplete())
-            co_await IdleTurn();
-    }
-    co_return slices.isComplete() && address && !address->empty() ? address : std::nullopt;
 }
 
 } // namespace
@@ -56,7 +35,7 @@ Task<Result<SiteListFetcher::PublishedList>> SiteListFetcher::fetchSites(std::op
     if (!document)
         co_return failure("Network request failed — check your connection.");
 
-    auto elsewhere = co_await redirectAddress(*document);
+    auto elsewhere = co_await decodeRedirectInTurns(*document);
     if (elsewhere) {
         address = *std::move(elsewhere);
         document = co_await publishing_.fetch(address, time, BodyLimit::json);

@@ -183,7 +183,7 @@ void CorvaneApp::startRefreshing()
     firstPageLimit_.end();
     isRefreshing_ = true;
     refresh_.start(siteListManager_, appUpdateManager_, settingsManager_);
-    sweeping_ = queue_.post([this] { sweepFolders(); });
+    sweeping_ = queue_.post([this] { files_.sweepAll(places_); });
     settling_ = clock_.after(settlingTime, [this] {
         hasSettled_ = true;
         startAnalytics();
@@ -211,15 +211,6 @@ void CorvaneApp::activated()
 {
     if (isRefreshing_)
         refresh_.forceKick();
-}
-
-void CorvaneApp::sweepFolders()
-{
-    for (const auto& file : {settingsManager_->settingsFileURL(), siteListManager_->sitesFileURL(), places_.defaults})
-        files_.sweep(file.parent_path());
-    files_.sweep(places_.updates());
-    if (places_.downloads)
-        files_.sweep(*places_.downloads);
 }
 
 /// Not while another dialog is there: the key would open one more after it.

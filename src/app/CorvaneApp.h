@@ -88,7 +88,6 @@ private:
     void startRefreshing();
     void startAnalytics();
     void activated();
-    void sweepFolders();
     static void applyAppearance(const std::string& appTheme);
 
     AppInfo info_;

@@ -11,7 +11,7 @@ namespace corvane {
 
 SiteListManager::SiteListManager(FileStore& files, const Resources& resources, const Places& places,
                                  SiteListFetcher fetcher)
-    : files_(files), resources_(resources), file_(places.data / "sites" / "sites.json"), fetcher_(std::move(fetcher))
+    : files_(files), resources_(resources), file_(places.sites() / "sites.json"), fetcher_(std::move(fetcher))
 {
     loadSites();
 }

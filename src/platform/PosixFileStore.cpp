@@ -151,4 +151,12 @@ void PosixFileStore::sweep(const fs::path& folder)
         sweepTemporaryFiles(folder);
 }
 
+void PosixFileStore::sweepAll(const Places& places)
+{
+    for (const auto& folder : {places.settings(), places.sites(), places.defaults.parent_path(), places.updates()})
+        sweep(folder);
+    if (places.downloads)
+        sweep(*places.downloads);
+}
+
 } // namespace corvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ports/FileStore.h"
+#include "ports/Places.h"
 
 #include <set>
 
@@ -24,6 +25,9 @@ public:
 
     /// Removes old temporary files of ours from a folder, once in this run.
     void sweep(const std::filesystem::path& folder);
+
+    /// The same for every folder that the program writes to.
+    void sweepAll(const Places& places);
 
 private:
     std::set<std::filesystem::path> swept_;

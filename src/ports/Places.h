@@ -14,6 +14,8 @@ struct Places {
     /// The user's folder for downloads, where there is one.
     std::optional<std::filesystem::path> downloads = std::nullopt;
 
+    std::filesystem::path sites() const { return data / "sites"; }
+    std::filesystem::path settings() const { return data / "settings"; }
     std::filesystem::path updates() const { return data / "Updates"; }
     std::filesystem::path webData() const { return data / "web"; }
 };

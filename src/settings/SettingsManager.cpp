@@ -6,7 +6,7 @@
 namespace corvane {
 
 SettingsManager::SettingsManager(FileStore& files, const Places& places)
-    : files_(files), file_(places.data / "settings" / "settings.json"), settings_(loadSettings())
+    : files_(files), file_(places.settings() / "settings.json"), settings_(loadSettings())
 {
 }
 

@@ -25,17 +25,24 @@ fs::path folderOf(const fs::path& file)
     return file.has_parent_path() ? file.parent_path() : fs::path(".");
 }
 
-/// The file behind a chain of symbolic links, which need not exist. errno is ELOOP for an endless chain.
+/// The file behind a chain of symbolic links, which need not exist. Empty where the chain is endless or cannot be
+/// followed, and errno says why: a link must not be taken for the file that is to be replaced.
 std::optional<fs::path> linkTarget(fs::path file)
 {
     static constexpr int longestChain = 40; // as the kernel
     for (int links = 0; links < longestChain; ++links) {
+        struct stat status{};
+        const bool isFound = ::lstat(file.c_str(), &status) == 0;
+        if (!isFound && errno != ENOENT)
+            return std::nullopt;
+        if (!isFound || !S_ISLNK(status.st_mode))
+            return file;
         std::error_code error;
-        if (!fs::is_symlink(fs::symlink_status(file, error)))
-            return file;
         const auto next = fs::read_symlink(file, error);
-        if (error)
-            return file;
+        if (error) {
+            errno = error.value();
+            return std::nullopt;
+        }
         file = folderOf(file) / next; // an absolute target replaces the folder
     }
     errno = ELOOP;
@@ -98,6 +105,8 @@ Result<void> PosixFileStore::write(const fs::path& file, std::string_view bytes)
 
     struct stat status{};
     const bool isNew = ::stat(target->c_str(), &status) != 0;
+    if (isNew && errno != ENOENT) // what stands there cannot be told
+        return std::unexpected(systemError(cannotWrite, file));
     if (!isNew && !S_ISREG(status.st_mode)) {
         errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
         return std::unexpected(systemError(cannotWrite, file));

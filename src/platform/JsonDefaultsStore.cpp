@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "platform/FileDescriptor.h"
+#include "platform/TemporaryFile.h"
 
 #include <cstdio>
 #include <system_error>
@@ -112,11 +113,9 @@ void JsonDefaultsStore::change(std::string_view key, std::optional<Json> value)
 bool JsonDefaultsStore::keepAsPrevious() const
 {
     std::error_code error;
-    if (std::filesystem::is_symlink(file_, error))
+    if (std::filesystem::is_symlink(file_, error) || error)
         return false;
-    auto fresh = previous_;
-    fresh += ".new";
-    ::unlink(fresh.c_str());
+    const auto fresh = temporaryName(file_.parent_path());
     const bool isKept = ::linkat(AT_FDCWD, file_.c_str(), AT_FDCWD, fresh.c_str(), 0) == 0 &&
                         ::rename(fresh.c_str(), previous_.c_str()) == 0;
     ::unlink(fresh.c_str()); // Renaming does nothing where both names are the same file.

@@ -45,8 +45,7 @@ bool isAbandoned(const FileDescriptor& file)
 } // namespace
 
 TemporaryFile::TemporaryFile(const fs::path& folder, int access)
-    : path_(folder / (std::string(prefix) + randomUuid() + std::string(suffix))),
-      file_(path_, access | O_CREAT | O_EXCL | O_NOFOLLOW, 0600)
+    : path_(temporaryName(folder)), file_(path_, access | O_CREAT | O_EXCL | O_NOFOLLOW, 0600)
 {
     if (file_)
         static_cast<void>(::flock(file_.number(), LOCK_EX | LOCK_NB)); // nothing is swept where there are no locks
@@ -72,6 +71,11 @@ bool TemporaryFile::becomes(const fs::path& target)
         return false;
     path_.clear();
     return true;
+}
+
+fs::path temporaryName(const fs::path& folder)
+{
+    return folder / (std::string(prefix) + randomUuid() + std::string(suffix));
 }
 
 void sweepTemporaryFiles(const fs::path& folder)

@@ -33,6 +33,9 @@ private:
     FileDescriptor file_;
 };
 
+/// A new name in `folder` that is swept when a killed run leaves it there.
+std::filesystem::path temporaryName(const std::filesystem::path& folder);
+
 /// Removes temporary files that a killed run of this user left in `folder` more than a minute ago. A file that is still
 /// open in any process stays, however old it looks.
 void sweepTemporaryFiles(const std::filesystem::path& folder);

@@ -127,7 +127,8 @@ bool JsonDefaultsStore::save(WhenLocked whenLocked)
     const bool hasFolder = files_.makeFolder(file_.parent_path()).has_value();
     const FileLock lock(lock_);
     auto newest = readNewest();
-    if (newest)
+    // What this run knows already is newer than the generation before.
+    if (newest && (newest->isCurrent || values_.empty()))
         values_ = std::move(newest->values);
     for (const auto& [key, value] : unsaved_) {
         if (value)

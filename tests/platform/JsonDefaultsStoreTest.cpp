@@ -99,6 +99,18 @@ TEST_F(JsonDefaultsStoreTest, AnUnreadableFileGivesWayToThePreviousGeneration)
     }
 }
 
+TEST_F(JsonDefaultsStoreTest, ARunningProgramKnowsMoreThanThePreviousGeneration)
+{
+    auto defaults = open();
+    defaults.setString("a", "old");
+    defaults.setString("b", "newest");
+    put("torn");
+    defaults.setString("c", "later");
+    EXPECT_EQ(defaults.string("b"), "newest");
+    EXPECT_EQ(open().string("b"), "newest");
+    EXPECT_EQ(open().string("c"), "later");
+}
+
 TEST_F(JsonDefaultsStoreTest, ARemovedFileMeansABeginning)
 {
     auto running = open();

@@ -4,8 +4,10 @@
 #include "platform/FileDescriptor.h"
 #include "platform/TemporaryFile.h"
 
+#include <chrono>
 #include <cstdio>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include <fcntl.h>
@@ -15,22 +17,36 @@
 namespace corvane {
 namespace {
 
-/// Holds the lock that all processes share, until it goes, unless another process has it. Where no lock file can be
-/// made there is nothing to share.
+/// Holds the lock that all processes share, until it goes, unless another process has it for longer than `patience`.
+/// Where no lock file can be made there is nothing to share.
 class FileLock {
 public:
-    explicit FileLock(const std::filesystem::path& file)
-        : file_(file, O_RDWR | O_CREAT | O_NOFOLLOW, 0600),
-          isTaken_(file_ && ::flock(file_.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+    FileLock(const std::filesystem::path& file, std::chrono::milliseconds patience)
+        : file_(file, O_RDWR | O_CREAT | O_NOFOLLOW, 0600), isTaken_(isHeldElsewhere())
     {
+        using SteadyClock = std::chrono::steady_clock;
+        const auto end = SteadyClock::now() + patience;
+        while (isTaken_ && SteadyClock::now() < end) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+            isTaken_ = isHeldElsewhere();
+        }
     }
 
     bool isTaken() const { return isTaken_; }
 
 private:
+    /// Takes the lock, unless another process has it.
+    bool isHeldElsewhere() const
+    {
+        return file_ && ::flock(file_.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    }
+
     FileDescriptor file_; // closing it unlocks
     bool isTaken_;
 };
+
+/// How long the last save waits for another process, whose own save takes two synchronisations of small files.
+constexpr std::chrono::milliseconds lastPatience{500};
 
 std::filesystem::path beside(const std::filesystem::path& file, const char* suffix)
 {
@@ -125,7 +141,7 @@ bool JsonDefaultsStore::keepAsPrevious() const
 bool JsonDefaultsStore::save(WhenLocked whenLocked)
 {
     const bool hasFolder = files_.makeFolder(file_.parent_path()).has_value();
-    const FileLock lock(lock_);
+    const FileLock lock(lock_, whenLocked == WhenLocked::givesUp ? std::chrono::milliseconds(0) : lastPatience);
     auto newest = readNewest();
     // What this run knows already is newer than the generation before.
     if (newest && (newest->isCurrent || values_.empty()))

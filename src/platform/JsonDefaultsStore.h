@@ -13,10 +13,11 @@ namespace corvane {
 /// Defaults in one flat JSON object of strings and Booleans; members of other types are kept as they are.
 ///
 /// The file is read once. A change is applied to what the file holds at that moment, under a lock, so that two
-/// processes on one file keep each other's keys. Nobody waits for that lock: while another process holds it, a change
-/// counts in this process only. Changes that could not be written are tried again with the next one and, for the last
-/// time, when the store goes, then without the lock too: what would be lost for certain is better written.
-/// The generation before the last write stays beside the file and stands in for it when it is unreadable.
+/// processes on one file keep each other's keys. No change waits for that lock: while another process holds it, a
+/// change counts in this process only. Changes that could not be written are tried again with the next one and, for the
+/// last time, when the store goes. That waits for the lock for half a second and then does without: what would be lost
+/// for certain is better written. The generation before the last write stays beside the file and stands in for it when
+/// it is unreadable.
 class JsonDefaultsStore final : public DefaultsStore {
 public:
     /// `files` must outlive the store. The folder of `file` is created with the first change.

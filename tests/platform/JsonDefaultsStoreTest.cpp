@@ -7,6 +7,7 @@
 #include <fstream>
 #include <optional>
 #include <string>
+#include <thread>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -109,6 +110,22 @@ TEST_F(JsonDefaultsStoreTest, ARunningProgramKnowsMoreThanThePreviousGeneration)
     EXPECT_EQ(defaults.string("b"), "newest");
     EXPECT_EQ(open().string("b"), "newest");
     EXPECT_EQ(open().string("c"), "later");
+}
+
+TEST_F(JsonDefaultsStoreTest, TheLastSaveWaitsForAnotherProcess)
+{
+    open().setString("a", "1");
+    std::optional<FileDescriptor> holder(std::in_place, std::filesystem::path(file_) += ".lock", O_RDWR);
+    ASSERT_EQ(::flock(holder->number(), LOCK_EX | LOCK_NB), 0);
+    std::optional<JsonDefaultsStore> defaults(std::in_place, files_, file_);
+    defaults->setString("b", "2");
+    std::thread saving([&] { defaults.reset(); });
+    put(R"({"a":"1","other":"3"})"); // what the holder does meanwhile
+    holder.reset();
+    saving.join();
+    EXPECT_EQ(open().string("a"), "1");
+    EXPECT_EQ(open().string("b"), "2");
+    EXPECT_EQ(open().string("other"), "3");
 }
 
 TEST_F(JsonDefaultsStoreTest, ARemovedFileMeansABeginning)

@@ -45,9 +45,6 @@ private:
     bool isTaken_;
 };
 
-/// How long the last save waits for another process, whose own save takes two synchronisations of small files.
-constexpr std::chrono::milliseconds lastPatience{500};
-
 std::filesystem::path beside(const std::filesystem::path& file, const char* suffix)
 {
     return std::filesystem::path(file) += suffix;
@@ -61,8 +58,9 @@ struct JsonDefaultsStore::Generation {
     bool isCurrent;
 };
 
-JsonDefaultsStore::JsonDefaultsStore(FileStore& files, std::filesystem::path file)
-    : files_(files), file_(std::move(file)), previous_(beside(file_, ".previous")), lock_(beside(file_, ".lock"))
+JsonDefaultsStore::JsonDefaultsStore(FileStore& files, std::filesystem::path file, std::chrono::milliseconds patience)
+    : files_(files), file_(std::move(file)), previous_(beside(file_, ".previous")), lock_(beside(file_, ".lock")),
+      patience_(patience)
 {
     if (auto newest = readNewest())
         values_ = std::move(newest->values);
@@ -141,7 +139,7 @@ bool JsonDefaultsStore::keepAsPrevious() const
 bool JsonDefaultsStore::save(WhenLocked whenLocked)
 {
     const bool hasFolder = files_.makeFolder(file_.parent_path()).has_value();
-    const FileLock lock(lock_, whenLocked == WhenLocked::givesUp ? std::chrono::milliseconds(0) : lastPatience);
+    const FileLock lock(lock_, whenLocked == WhenLocked::givesUp ? std::chrono::milliseconds(0) : patience_);
     auto newest = readNewest();
     // What this run knows already is newer than the generation before.
     if (newest && (newest->isCurrent || values_.empty()))

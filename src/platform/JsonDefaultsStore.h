@@ -4,6 +4,7 @@
 #include "ports/DefaultsStore.h"
 #include "ports/FileStore.h"
 
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -15,13 +16,18 @@ namespace corvane {
 /// The file is read once. A change is applied to what the file holds at that moment, under a lock, so that two
 /// processes on one file keep each other's keys. No change waits for that lock: while another process holds it, a
 /// change counts in this process only. Changes that could not be written are tried again with the next one and, for the
-/// last time, when the store goes. That waits for the lock for half a second and then does without: what would be lost
-/// for certain is better written. The generation before the last write stays beside the file and stands in for it when
-/// it is unreadable.
+/// last time, when the store goes. That waits for the lock, and after a while does without it: what would be lost for
+/// certain is better written.
+///
+/// The generation before the last write stays beside the file and stands in for it when it is unreadable.
 class JsonDefaultsStore final : public DefaultsStore {
 public:
+    /// How long the end of the store waits for the lock. Another process holds it while two small files are brought to
+    /// the disk, which on a busy one may take a second or more.
+    static constexpr std::chrono::seconds usualPatience{5};
+
     /// `files` must outlive the store. The folder of `file` is created with the first change.
-    JsonDefaultsStore(FileStore& files, std::filesystem::path file);
+    JsonDefaultsStore(FileStore& files, std::filesystem::path file, std::chrono::milliseconds patience = usualPatience);
     JsonDefaultsStore(const JsonDefaultsStore&) = delete;
     JsonDefaultsStore& operator=(const JsonDefaultsStore&) = delete;
     ~JsonDefaultsStore() override;
@@ -49,6 +55,7 @@ private:
     std::filesystem::path file_;
     std::filesystem::path previous_;
     std::filesystem::path lock_;
+    std::chrono::milliseconds patience_;
     Json values_ = Json::object();
     std::map<std::string, std::optional<Json>, std::less<>> unsaved_; // nothing means removed
 };

@@ -4,6 +4,7 @@
 #include "platform/PosixFileStore.h"
 #include "support/TemporaryFolder.h"
 
+#include <chrono>
 #include <fstream>
 #include <optional>
 #include <string>
@@ -161,7 +162,7 @@ TEST_F(JsonDefaultsStoreTest, NobodyWaitsForTheLockAndNothingIsLostByThat)
     std::optional<FileDescriptor> holder(std::in_place, lock, O_RDWR);
     ASSERT_EQ(::flock(holder->number(), LOCK_EX | LOCK_NB), 0);
     {
-        auto defaults = open();
+        JsonDefaultsStore defaults(files_, file_, std::chrono::milliseconds(20));
         defaults.setString("b", "2");
         defaults.remove("a");
         EXPECT_EQ(defaults.string("b"), "2");

@@ -8,8 +8,9 @@ import random
 import select
 import statistics
 import time
+import unittest
 
-from probe import ProbeTest, catalogue, settings
+from probe import PATIENCE, ProbeTest, catalogue, may_trace, settings
 
 SIZE = 60_000  # bytes of a write
 PIPE = 4096  # bytes that wait between this program and the other: what is behind them has been read
@@ -113,14 +114,14 @@ class KillTest(ProbeTest):
 class TogetherTest(ProbeTest):
     def test_loses_no_key_when_programs_write_defaults_at_the_same_time(self):
         home = self.home()
-        rounds = max(self.options.kills // 10, 1)
+        rounds = min(max(self.options.kills // 10, 1), 400)  # their values stay below what a file may hold
         for number in range(rounds):
             with contextlib.ExitStack() as ended:
                 pair = [ended.enter_context(self.probe.start("defaults-set", f"{name}{number}", "-", home=home))
                         for name in "ab"]
                 for process in pair:
                     fcntl.fcntl(process.stdin, fcntl.F_SETPIPE_SZ, PIPE)
-                    process.stdin.write(b"v" * 3 * PIPE)
+                    process.stdin.write(b"v" * (PIPE + 1))
                 for process in pair:
                     process.stdin.close()
                 answers = [process.stdout.read() for process in pair]
@@ -128,3 +129,17 @@ class TogetherTest(ProbeTest):
         kept = json.loads(home.defaults.read_text())
         self.assertEqual(sorted(kept), sorted(f"{name}{number}" for name in "ab" for number in range(rounds)))
         self.assertEqual(home.leftovers(), [])
+
+    def test_loses_no_key_when_the_disk_keeps_the_other_program_waiting(self):
+        if not may_trace():
+            raise unittest.SkipTest("strace is missing or may not trace")
+        home = self.home()
+        slow = ("strace", "-f", "--seccomp-bpf", "-o", "/dev/null", "-e", "trace=fsync",
+                "-e", "inject=fsync:delay_enter=700000")  # microseconds
+        with self.probe.start("defaults-set", "first", "1", home=home, before=slow) as first:
+            end = time.monotonic() + PATIENCE
+            while not home.leftovers() and first.poll() is None:  # until it holds the lock
+                self.assertLess(time.monotonic(), end, "nothing is written")
+            self.ask("defaults-set", "second", "2", home=home)
+            self.assertIn(b'"bytes"', first.stdout.read())
+        self.assertEqual(json.loads(home.defaults.read_text()), {"first": "1", "second": "2"})

@@ -94,6 +94,14 @@ class ProbeTest(unittest.TestCase):
         return Home(self.folder / name)
 
 
+def may_trace():
+    try:
+        return subprocess.run(["strace", "-f", "--seccomp-bpf", "-o", "/dev/null", "true"], capture_output=True,
+                              timeout=30).returncode == 0
+    except (OSError, subprocess.TimeoutExpired):
+        return False
+
+
 def catalogue(mark, size=0):
     """A catalogue of one service, whose description brings it to about `size` bytes."""
     return json.dumps([{"service": mark, "url": "https://chat.example/", "description": "d" * size}]).encode()

@@ -7,10 +7,9 @@ import os
 import random
 import re
 import shutil
-import subprocess
 import unittest
 
-from probe import Home, ProbeTest, catalogue
+from probe import Home, ProbeTest, catalogue, may_trace
 
 ERRORS = ("EIO", "ENOSPC", "EACCES", "EINTR", "EDQUOT", "EROFS")
 # Everything that is done to a file or a folder.
@@ -20,14 +19,6 @@ CALLS = ("openat,open,creat,close,read,pread64,write,pwrite64,fsync,fdatasync,ft
 WORKERS = 3
 CALL = re.compile(r"^\d+ +([a-z0-9_]+)\(")
 LAST_INPUT = re.compile(r'^\d+ +read\(0, "", ')
-
-
-def may_trace():
-    try:
-        return subprocess.run(["strace", "-f", "--seccomp-bpf", "-o", "/dev/null", "true"], capture_output=True,
-                              timeout=30).returncode == 0
-    except (OSError, subprocess.TimeoutExpired):
-        return False
 
 
 class Case:

@@ -15,15 +15,18 @@ constexpr const char* privateWorld = "com.hollisward.Corvane.bridge";
 
 using UserScriptPtr = std::unique_ptr<WebKitUserScript, FreeWith<webkit_user_script_unref>>;
 
-/// Runs in the private world: HOSTS and NAME are filled in.
+/// Runs in the private world: HOSTS and NAME are filled in. The origin is the document's own and not that of its
+/// address, which a document without an origin (in a sandbox) has all the same.
 constexpr std::string_view listenerSource = R"((function() {{
     if ({hosts}.indexOf(window.location.hostname) === -1) return;
     var handler = window.webkit.messageHandlers[{name}];
     window.addEventListener('corvane-page-message', function(event) {{
         var body = event.detail;
         if (typeof body !== 'string' || body.length > 65536) return;
+        var around = window.location.ancestorOrigins;
         handler.postMessage(JSON.stringify({{
-            origin: window.location.origin, isTop: window === window.top, body: body
+            origin: window.origin, isTop: window === window.top,
+            topOrigin: around.length === 0 ? window.origin : around[around.length - 1], body: body
         }}));
     }});
 }})();)";
@@ -82,11 +85,12 @@ void WebKitPageBridge::messageReceived(JSCValue* value)
     if (!message)
         return;
     const auto* origin = textOf(member(*message, "origin"));
+    const auto* topOrigin = textOf(member(*message, "topOrigin"));
     const auto* body = textOf(member(*message, "body"));
     const auto* isTop = member(*message, "isTop");
-    if (origin == nullptr || body == nullptr || isTop == nullptr || !isTop->is_boolean())
+    if (origin == nullptr || topOrigin == nullptr || body == nullptr || isTop == nullptr || !isTop->is_boolean())
         return;
-    receiver_({.origin = *origin, .isTopFrame = isTop->get<bool>(), .body = *body});
+    receiver_({.origin = *origin, .isTopFrame = isTop->get<bool>(), .topOrigin = *topOrigin, .body = *body});
 }
 
 } // namespace corvane

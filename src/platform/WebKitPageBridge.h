@@ -12,7 +12,7 @@ namespace corvane {
 
 /// The channel from pages to the program. The engine's handler is registered in a private script world that no page can
 /// reach; a script in that world listens for one DOM event and adds what only the engine knows: the origin of the
-/// sending frame and whether it is the top one. Pages of the bridged hosts find the usual
+/// sending frame, whether it is the top one, and the origin of the top one. Pages of the bridged hosts find the usual
 /// `window.webkit.messageHandlers.<name>.postMessage`, which raises that event with its argument as JSON.
 class WebKitPageBridge {
 public:

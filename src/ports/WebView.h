@@ -50,7 +50,8 @@ public:
 struct PageMessage {
     std::string origin; // of the sending frame, as scheme://host:port; "null" for frames without one
     bool isTopFrame = false;
-    std::string body; // JSON
+    std::string topOrigin; // likewise, of the page that the frame was part of when it sent this
+    std::string body;      // JSON
 };
 
 /// What a web view tells its owner. All calls come on the main thread; none may destroy the view.

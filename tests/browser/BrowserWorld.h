@@ -40,7 +40,12 @@ struct BrowserWorld {
     /// A message from the registration page itself.
     void post(const std::string& bodyJson, const std::string& origin = "http://127.0.0.1:3002", bool isTop = true)
     {
-        view().delegate->messageReceived({.origin = origin, .isTopFrame = isTop, .body = bodyJson});
+        post(PageMessage{.origin = origin, .isTopFrame = isTop, .topOrigin = origin, .body = bodyJson});
+    }
+
+    void post(const PageMessage& message)
+    {
+        view().delegate->messageReceived(message);
         queue.runAll();
     }
 

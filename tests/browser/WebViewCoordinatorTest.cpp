@@ -138,20 +138,27 @@ TEST(WebViewCoordinatorTest, HearsOnlyTrustedPages)
         std::string mainPage;
         std::string origin;
         bool isTop;
+        std::string topOrigin;
         bool isHeard;
     };
-    for (const auto& [mainPage, origin, isTop, isHeard] :
-         std::vector<Case>{{"http://127.0.0.1:3002/registration.html", "http://127.0.0.1:3002", true, true},
-                           {"http://127.0.0.1:3002/registration.html", "http://127.0.0.1:3002", false, true},
-                           {"https://evil.example/", "http://127.0.0.1:3002", false, false},
-                           {"http://127.0.0.1:3002/registration.html", "https://evil.example", true, false},
-                           {"http://127.0.0.1:3002/registration.html", "https://evil.example", false, false},
-                           {"http://127.0.0.1:3002/registration.html", "null", false, false}}) {
+    const std::string registration = "http://127.0.0.1:3002/registration.html";
+    const std::string allowed = "http://127.0.0.1:3002";
+    const std::string evil = "https://evil.example";
+    for (const auto& [mainPage, origin, isTop, topOrigin, isHeard] :
+         std::vector<Case>{{registration, allowed, true, allowed, true},
+                           {registration, allowed, false, allowed, true},
+                           {evil + "/", allowed, false, allowed, false},
+                           {registration, allowed, false, evil, false}, // the last words of a frame in the page before
+                           {registration, allowed, false, "null", false},
+                           {registration, evil, true, evil, false},
+                           {registration, evil, false, allowed, false},
+                           {registration, "null", true, "null", false},
+                           {registration, "null", false, allowed, false}}) {
         BrowserWorld world;
         world.makeView();
         world.view().showPage(mainPage);
-        world.post(R"("success")", origin, isTop);
-        EXPECT_EQ(*world.state.isFirstUse(), !isHeard) << mainPage << " " << origin << " " << isTop;
+        world.post({.origin = origin, .isTopFrame = isTop, .topOrigin = topOrigin, .body = R"("success")"});
+        EXPECT_EQ(*world.state.isFirstUse(), !isHeard) << mainPage << " " << origin << " " << isTop << topOrigin;
     }
 }
 

@@ -7,31 +7,44 @@
 #include "support/MainContext.h"
 #include "support/TemporaryFolder.h"
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace corvane::testing {
 
-/// Notes everything that a real view tells.
+/// Notes everything that a real view tells, and passes it on where there is somebody to decide.
 class NotingDelegate final : public WebViewDelegate {
 public:
-    void stateChanged() override {}
-    void loadStarted() override { ++started; }
-    void loadRedirected() override {}
-    void loadCommitted() override { ++committed; }
-    void loadFinished() override { ++finished; }
-    void loadFailed() override { ++failed; }
-    void webProcessEnded() override { ++ended; }
+    void stateChanged() override { pass(&WebViewDelegate::stateChanged); }
+    void loadStarted() override { note(started, &WebViewDelegate::loadStarted); }
+    void loadRedirected() override { pass(&WebViewDelegate::loadRedirected); }
+    void loadCommitted() override { note(committed, &WebViewDelegate::loadCommitted); }
+    void loadFinished() override { note(finished, &WebViewDelegate::loadFinished); }
+    void loadFailed() override { note(failed, &WebViewDelegate::loadFailed); }
+    void webProcessEnded() override { note(ended, &WebViewDelegate::webProcessEnded); }
     void newWindowRequested(std::unique_ptr<NewWindowRequest> request) override
     {
         windows.push_back(request->address());
-        if (loadsWindows)
+        if (next != nullptr)
+            next->newWindowRequested(std::move(request));
+        else if (loadsWindows)
             request->loadInSameView();
     }
     void panelRequested(std::unique_ptr<ScriptPanel> panel) override { panels.push_back(std::move(panel)); }
-    void messageReceived(const PageMessage& message) override { messages.push_back(message); }
+    void messageReceived(const PageMessage& message) override
+    {
+        messages.push_back(message);
+        if (next != nullptr)
+            next->messageReceived(message);
+        if (messagePassedOn)
+            messagePassedOn();
+    }
 
+    WebViewDelegate* next = nullptr;
+    std::function<void()> messagePassedOn;
     int started = 0;
     int committed = 0;
     int finished = 0;
@@ -41,6 +54,18 @@ public:
     std::vector<std::string> windows;
     std::vector<std::unique_ptr<ScriptPanel>> panels;
     std::vector<PageMessage> messages;
+
+private:
+    void pass(void (WebViewDelegate::*told)())
+    {
+        if (next != nullptr)
+            (next->*told)();
+    }
+    void note(int& count, void (WebViewDelegate::*told)())
+    {
+        ++count;
+        pass(told);
+    }
 };
 
 /// A real main view, with its own storage, in front of a server in this process whose host may send messages.

@@ -116,6 +116,7 @@ void WebKitMainView::connectSignals()
 
 void WebKitMainView::load(const Url& url, LoadPolicy policy)
 {
+    requested_ = url;
     if (policy == LoadPolicy::ignoreCaches)
         webkit_web_view_load_request(view_.get(), freshRequest(url).get());
     else
@@ -132,9 +133,13 @@ void WebKitMainView::goForward()
     webkit_web_view_go_forward(view_.get());
 }
 
+/// The engine reloads what its history holds: not a first page whose process died before the answer came.
 void WebKitMainView::reload()
 {
-    webkit_web_view_reload(view_.get());
+    if (requested_ && committedAddress().empty())
+        load(*requested_, LoadPolicy::useCaches);
+    else
+        webkit_web_view_reload(view_.get());
 }
 
 void WebKitMainView::stopLoading()

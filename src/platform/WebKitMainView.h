@@ -6,6 +6,7 @@
 #include "platform/WebKitPageBridge.h"
 #include "ports/WebView.h"
 
+#include <optional>
 #include <vector>
 
 #include <webkit/webkit.h>
@@ -50,6 +51,7 @@ private:
 
     WebViewDelegate* delegate_ = nullptr;
     bool hasFailedSinceStart_ = false;
+    std::optional<Url> requested_; // the address loaded last
     GObjectPtr<WebKitUserContentManager> content_;
     GObjectPtr<WebKitWebView> view_;
     WebKitPageBridge bridge_;

@@ -158,6 +158,21 @@ TEST(EngineTest, SurvivesItsWebProcessAndLoadsAgain)
     ASSERT_TRUE(world.open(world.server.site() + "/"));
 }
 
+TEST(EngineTest, ReloadsAFirstPageWhoseProcessDiedBeforeTheAnswer)
+{
+    EngineWorld world;
+    world.server.pages["/"] = {.body = page(""), .isSilent = true};
+    world.view->load(*Url::parse(world.server.site() + "/"), LoadPolicy::useCaches);
+    ASSERT_TRUE(iterateUntil([&] { return world.server.hits("/") == 1; }));
+    webkit_web_view_terminate_web_process(WEBKIT_WEB_VIEW(world.widget));
+    ASSERT_TRUE(iterateUntil([&] { return world.told.ended == 1; }));
+
+    world.server.pages["/"].isSilent = false;
+    world.view->reload();
+    EXPECT_TRUE(iterateUntil([&] { return world.told.finished == 1; }));
+    EXPECT_EQ(world.view->address(), world.server.site() + "/");
+}
+
 TEST(EngineTest, NeverSavesAFileUnasked)
 {
     EngineWorld world;

@@ -17,6 +17,19 @@ def named(name):
     return [process for process in found if _descends(process, parents)]
 
 
+def at_home(folder):
+    """The ids of the living processes whose home is this folder, whoever is their parent now."""
+    mark, found = f"HOME={folder}".encode(), []
+    for entry in Path("/proc").iterdir():
+        if entry.name.isdigit():
+            try:
+                if mark in (entry / "environ").read_bytes().split(b"\0"):
+                    found.append(int(entry.name))
+            except (FileNotFoundError, ProcessLookupError, PermissionError):
+                pass  # it has gone, or is none of ours
+    return found
+
+
 def listening_addresses(process):
     """The IPv4 addresses on which a process waits for clients, each as dotted numbers."""
     sockets = set()

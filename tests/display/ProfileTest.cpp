@@ -1,4 +1,6 @@
+#include "display/DocumentShown.h"
 #include "display/EngineWorld.h"
+#include "display/FullScreen.h"
 
 #include <algorithm>
 #include <set>
@@ -6,7 +8,6 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <gtkmm/window.h>
 #include <webkit/webkit.h>
 
 namespace corvane::testing {
@@ -83,36 +84,15 @@ protected:
         });
     }
 
-    /// Shows a text and waits until its page is complete; what is left of an earlier load does not count.
-    [[nodiscard]] bool showAndWait(const std::string& html)
-    {
-        std::vector<WebKitLoadEvent> events;
-        const auto note = +[](WebKitWebView*, WebKitLoadEvent event, gpointer noted) {
-            auto& seen = *static_cast<std::vector<WebKitLoadEvent>*>(noted);
-            if (event == WEBKIT_LOAD_COMMITTED || (event == WEBKIT_LOAD_FINISHED && !seen.empty()))
-                seen.push_back(event);
-        };
-        const SignalConnection loads(widget, "load-changed", G_CALLBACK(note), &events);
-        view->show(html);
-        return iterateUntil([&] { return events.size() == 2; });
-    }
+    [[nodiscard]] bool showAndWait(const std::string& html) { return testing::showAndWait(*view, widget, html); }
 
-    /// Fills the screen with the view, so that a click in its middle meets a link that covers the page.
-    [[nodiscard]] bool fillScreen()
-    {
-        window.set_child(*Glib::wrap(widget));
-        window.fullscreen();
-        window.present();
-        return iterateUntil([&] { return window.is_active() && gtk_widget_get_width(widget) >= 1280; });
-    }
+    [[nodiscard]] bool fillScreen() { return screen.show(widget); }
 
     /// Clicks with a real pointer and waits until the view has asked about the link.
     [[nodiscard]] bool click()
     {
         const auto before = links.size();
-        const auto clicking = adopt(g_subprocess_new(G_SUBPROCESS_FLAGS_NONE, nullptr, "xdotool", "mousemove", "640",
-                                                     "512", "click", "1", nullptr));
-        return clicking && iterateUntil([&] { return links.size() > before; });
+        return FullScreen::click() && iterateUntil([&] { return links.size() > before; });
     }
 
     static std::string link(const std::string& attributes)
@@ -122,7 +102,7 @@ protected:
 
     std::unique_ptr<DocumentView> view;
     GtkWidget* widget;
-    Gtk::Window window;
+    FullScreen screen;
     std::vector<DocumentLink> links;
     bool follows = false;
 };
@@ -251,7 +231,7 @@ TEST_F(ProfileDocumentTest, MayGoWhileItAsks)
     ASSERT_TRUE(fillScreen());
     ASSERT_TRUE(showAndWait(link("href='" + server.site() + "/away'")));
     view->setLinkRule([this](const DocumentLink& link) {
-        window.unset_child();
+        screen.empty();
         view.reset();
         links.push_back(link);
         return true;

@@ -1,7 +1,10 @@
 #include "platform/SoupExchange.h"
 
 #include "base/Text.h"
+#include "platform/AnswerHead.h"
+#include "platform/ChunkedSink.h"
 #include "platform/GioCall.h"
+#include "platform/GzipSink.h"
 #include "platform/HttpRedirect.h"
 #include "platform/RequestDeadline.h"
 
@@ -15,6 +18,8 @@ using Stream = GObjectPtr<GInputStream>;
 
 constexpr gsize chunkSize = gsize{16} << 10U;
 constexpr auto tooLarge = "The answer of the server is too large.";
+constexpr auto cutOff = "The connection broke off amid the answer.";
+constexpr auto unreadable = "The answer of the server cannot be read.";
 
 std::unexpected<Error> failure(std::string_view sentence)
 {
@@ -56,6 +61,7 @@ Result<GObjectPtr<SoupMessage>> makeMessage(const HttpRequest& request)
         soup_message_set_request_body_from_bytes(message.get(), nullptr, body.get());
     }
     auto* headers = soup_message_get_request_headers(message.get());
+    soup_message_headers_replace(headers, "Accept-Encoding", "gzip");
     for (const auto& [name, value] : request.headers)
         soup_message_headers_replace(headers, name.c_str(), value.c_str());
     return message;
@@ -103,6 +109,78 @@ GioCall<Result<GBytesPtr>> chunkArrived(GInputStream* stream, GObjectPtr<GCancel
         });
 }
 
+/// Hands decoded bytes on as long as they are not too many.
+class LimitedSink final : public ByteSink {
+public:
+    LimitedSink(ByteSink& next, std::uint64_t largest, DownloadProgress progress, DownloadObserver observer)
+        : next_(next), largest_(largest), progress_(progress), observer_(std::move(observer))
+    {
+    }
+
+    Result<void> write(std::string_view bytes) override
+    {
+        if (bytes.empty())
+            return {};
+        if (bytes.size() > largest_ - progress_.received)
+            return failure(tooLarge);
+        auto taken = next_.write(bytes);
+        if (!taken)
+            return taken;
+        progress_.received += bytes.size();
+        if (observer_)
+            observer_(progress_);
+        return {};
+    }
+
+private:
+    ByteSink& next_;
+    std::uint64_t largest_;
+    DownloadProgress progress_;
+    DownloadObserver observer_;
+};
+
+/// The way of a body from the network to the sink that wants it.
+class BodyPath {
+public:
+    BodyPath(const SoupAnswer& answer, ByteSink& sink, std::uint64_t largest, DownloadObserver observer)
+        : isChunked_(answer.isChunked), isCompressed_(answer.isCompressed()), length_(answer.length),
+          decoded_(sink, largest, {.total = isCompressed_ ? std::nullopt : length_}, std::move(observer)),
+          travelling_(isCompressed_ ? static_cast<ByteSink&>(gzip_) : decoded_, largest + compressionRoom, {}, {})
+    {
+    }
+    BodyPath(const BodyPath&) = delete;
+    BodyPath& operator=(const BodyPath&) = delete;
+
+    Result<void> write(std::string_view bytes)
+    {
+        arrived_ += bytes.size();
+        return isChunked_ ? chunked_.write(bytes) : travelling_.write(bytes);
+    }
+
+    /// Whether nothing more can belong to the body.
+    bool isOver() const { return isChunked_ && chunked_.isComplete(); }
+
+    /// Whether nothing is missing when the connection has ended.
+    bool isWhole() const
+    {
+        const bool hasArrived = isChunked_ ? chunked_.isComplete() : length_.value_or(arrived_) == arrived_;
+        return hasArrived && gzip_.isComplete();
+    }
+
+private:
+    // What does not get smaller gets this much larger at most; more is not worth its time.
+    static constexpr std::uint64_t compressionRoom = std::uint64_t{64} << 10U;
+
+    bool isChunked_;
+    bool isCompressed_;
+    std::optional<std::uint64_t> length_;
+    std::uint64_t arrived_ = 0;
+    LimitedSink decoded_;
+    GzipSink gzip_{decoded_};
+    LimitedSink travelling_; // without chunks
+    ChunkedSink chunked_{travelling_};
+};
+
 } // namespace
 
 int SoupAnswer::status() const
@@ -110,13 +188,11 @@ int SoupAnswer::status() const
     return static_cast<int>(soup_message_get_status(message.get()));
 }
 
-std::optional<std::uint64_t> SoupAnswer::size() const
+bool SoupAnswer::isCompressed() const
 {
-    auto* headers = soup_message_get_response_headers(message.get());
-    const bool isEncoded = soup_message_headers_get_one(headers, "Content-Encoding") != nullptr;
-    if (isEncoded || soup_message_headers_get_encoding(headers) != SOUP_ENCODING_CONTENT_LENGTH)
-        return std::nullopt;
-    return static_cast<std::uint64_t>(std::max<goffset>(soup_message_headers_get_content_length(headers), 0));
+    const char* encoding =
+        soup_message_headers_get_list(soup_message_get_response_headers(message.get()), "Content-Encoding");
+    return encoding != nullptr && (lowercased(encoding) == "gzip" || lowercased(encoding) == "x-gzip");
 }
 
 Task<Result<SoupAnswer>> finalAnswer(GObjectPtr<SoupSession> session, HttpRequest request, int redirects,
@@ -126,11 +202,14 @@ Task<Result<SoupAnswer>> finalAnswer(GObjectPtr<SoupSession> session, HttpReques
         auto message = makeMessage(request);
         if (!message)
             co_return std::unexpected(message.error());
+        const AnswerHead head(message->get(), retain(cancellable.get()));
         auto stream = co_await headersArrived(session.get(), message->get(), retain(cancellable.get()));
+        if (head.isBroken())
+            co_return failure(unreadable);
         if (!stream)
             co_return std::unexpected(stream.error());
 
-        SoupAnswer answer{*std::move(message), *std::move(stream)};
+        SoupAnswer answer{*std::move(message), *std::move(stream), head.isChunked(), head.length()};
         const auto location = redirectLocation(answer.message.get(), answer.status());
         if (!location)
             co_return answer;
@@ -146,26 +225,24 @@ Task<Result<SoupAnswer>> finalAnswer(GObjectPtr<SoupSession> session, HttpReques
 Task<Result<void>> receive(SoupAnswer answer, ByteSink* sink, std::uint64_t largest, DownloadObserver observer,
                            GObjectPtr<GCancellable> cancellable)
 {
-    DownloadProgress progress{.total = answer.size()};
-    if (progress.total.value_or(0) > largest)
+    BodyPath path(answer, *sink, largest, std::move(observer));
+    if (answer.length.value_or(0) > largest && !answer.isCompressed())
         co_return failure(tooLarge);
-    while (true) {
+    while (!path.isOver()) {
         const auto chunk = co_await chunkArrived(answer.body.get(), retain(cancellable.get()));
         if (!chunk)
             co_return std::unexpected(chunk.error());
         gsize size = 0;
         const auto* bytes = static_cast<const char*>(g_bytes_get_data(chunk->get(), &size));
         if (size == 0)
-            co_return Result<void>();
-        if (size > largest - progress.received)
-            co_return failure(tooLarge);
-        auto taken = sink->write({bytes, size});
+            break;
+        auto taken = path.write({bytes, size});
         if (!taken)
             co_return taken;
-        progress.received += size;
-        if (observer)
-            observer(progress);
     }
+    if (!path.isWhole())
+        co_return failure(cutOff);
+    co_return Result<void>();
 }
 
 } // namespace corvane

@@ -14,12 +14,12 @@ namespace corvane {
 /// The answer that a request has led to after all redirects. Its headers have arrived, its body has not.
 struct SoupAnswer {
     GObjectPtr<SoupMessage> message;
-    GObjectPtr<GInputStream> body;
+    GObjectPtr<GInputStream> body;            // as it travels
+    bool isChunked = false;                   // the body
+    std::optional<std::uint64_t> length = {}; // of the body, as announced
 
     int status() const;
-
-    /// The size of the body as announced; empty when that says nothing about its decoded bytes.
-    std::optional<std::uint64_t> size() const;
+    bool isCompressed() const;
 };
 
 /// Sends `request` and follows at most `redirects` redirects.

@@ -66,8 +66,8 @@ SoupHttpClient::SoupHttpClient(std::string_view version, HttpLimits limits) : li
     session_ = adopt(SOUP_SESSION(g_object_new(
         SOUP_TYPE_SESSION, "user-agent", userAgent.c_str(), "timeout", static_cast<guint>(limits.silence.count()),
         "idle-timeout", static_cast<guint>(limits.silence.count()), "max-conns-per-host", 6, nullptr)));
-    if (!soup_session_has_feature(session_.get(), SOUP_TYPE_CONTENT_DECODER))
-        soup_session_add_feature_by_type(session_.get(), SOUP_TYPE_CONTENT_DECODER);
+    // Its decoder takes what is cut off for whole, and works through any number of empty blocks in one turn.
+    soup_session_remove_feature_by_type(session_.get(), SOUP_TYPE_CONTENT_DECODER);
 }
 
 SoupHttpClient::~SoupHttpClient()

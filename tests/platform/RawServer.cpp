@@ -1,10 +1,12 @@
 #include "platform/RawServer.h"
 
+#include "async/MainLoop.h"
 #include "platform/GioCall.h"
 
 #include <memory>
 
 #include <fmt/format.h>
+#include <sys/socket.h>
 
 namespace corvane::testing {
 namespace {
@@ -32,8 +34,9 @@ GioCall<GBytesPtr> received(GInputStream* stream)
         });
 }
 
-GioCall<bool> sent(GOutputStream* stream, std::shared_ptr<std::string> bytes)
+GioCall<bool> sent(GSocketConnection* connection, std::shared_ptr<std::string> bytes)
 {
+    auto* stream = g_io_stream_get_output_stream(G_IO_STREAM(connection));
     return GioCall<bool>(
         adopt(g_cancellable_new()),
         [stream, bytes](GCancellable* cancel, GAsyncReadyCallback done, gpointer data) {
@@ -43,6 +46,14 @@ GioCall<bool> sent(GOutputStream* stream, std::shared_ptr<std::string> bytes)
         [](GObject* source, GAsyncResult* result) {
             return g_output_stream_write_all_finish(G_OUTPUT_STREAM(source), result, nullptr, nullptr) != FALSE;
         });
+}
+
+/// Makes the end of a connection a reset for its client.
+void prepareReset(GSocketConnection* connection)
+{
+    const linger none{.l_onoff = 1, .l_linger = 0};
+    const int socket = g_socket_get_fd(g_socket_connection_get_socket(connection));
+    ::setsockopt(socket, SOL_SOCKET, SO_LINGER, &none, sizeof none);
 }
 
 } // namespace
@@ -73,6 +84,8 @@ gboolean RawServer::incoming(GSocketConnection* connection, GObject*)
 Task<void> RawServer::serve(GObjectPtr<GSocketConnection> connection)
 {
     auto* stream = G_IO_STREAM(connection.get());
+    if (!greeting.empty())
+        co_await sent(connection.get(), std::make_shared<std::string>(greeting));
     std::string request;
     while (true) {
         const auto chunk = co_await received(g_io_stream_get_input_stream(stream));
@@ -84,14 +97,24 @@ Task<void> RawServer::serve(GObjectPtr<GSocketConnection> connection)
         if (!isComplete(request))
             continue;
         requests.push_back(std::exchange(request, {}));
-        auto reply = respond(requests.back());
-        const auto wasSent =
-            co_await sent(g_io_stream_get_output_stream(stream), std::make_shared<std::string>(std::move(reply.bytes)));
-        if (!wasSent)
-            ++hangUps;
-        if (!wasSent || reply.then == Reply::Then::close)
+        const bool staysOpen = co_await answer(retain(connection.get()), respond(requests.back()));
+        if (!staysOpen)
             co_return;
     }
+}
+
+Task<bool> RawServer::answer(GObjectPtr<GSocketConnection> connection, Reply reply)
+{
+    bool wasSent = co_await sent(connection.get(), std::make_shared<std::string>(std::move(reply.bytes)));
+    while (wasSent && !reply.again.empty()) {
+        co_await Delay(reply.pause);
+        wasSent = co_await sent(connection.get(), std::make_shared<std::string>(reply.again));
+    }
+    if (!wasSent)
+        ++hangUps;
+    if (reply.then == Reply::Then::reset)
+        prepareReset(connection.get());
+    co_return wasSent&& reply.then == Reply::Then::wait;
 }
 
 RawServer::Reply RawServer::ok(std::string_view body, std::string_view headers)

@@ -5,6 +5,7 @@
 #include "platform/GLibHandle.h"
 #include "platform/SignalConnection.h"
 
+#include <chrono>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -17,7 +18,9 @@ class RawServer {
 public:
     struct Reply {
         std::string bytes;
-        enum class Then { close, wait } then = Then::close; // a connection that waits may ask again
+        enum class Then { close, wait, reset } then = Then::close; // a connection that waits may ask again
+        std::string again;                                         // sent after them until the client hangs up
+        std::chrono::milliseconds pause{0};                        // before each of these
     };
 
     RawServer();
@@ -26,6 +29,7 @@ public:
 
     std::function<Reply(const std::string& request)> respond;
 
+    std::string greeting;              // sent before the first request
     std::vector<std::string> requests; // head and body as they came
     int hangUps = 0;                   // connections that the client closed first
 
@@ -35,6 +39,7 @@ public:
 private:
     gboolean incoming(GSocketConnection* connection, GObject* source);
     Task<void> serve(GObjectPtr<GSocketConnection> connection);
+    Task<bool> answer(GObjectPtr<GSocketConnection> connection, Reply reply);
 
     GObjectPtr<GSocketService> service_;
     guint16 port_ = 0;

@@ -15,9 +15,8 @@ namespace {
 std::optional<std::uint64_t> lengthOf(std::string_view text)
 {
     std::uint64_t length = 0;
-    const auto* end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, length);
-    if (error != std::errc() || rest != end || length > std::numeric_limits<std::int64_t>::max())
+    const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), length);
+    if (error != std::errc() || rest != text.data() + text.size() || length > std::numeric_limits<std::int64_t>::max())
         return std::nullopt;
     return length;
 }

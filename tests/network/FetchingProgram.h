@@ -74,11 +74,11 @@ private:
     Endpoints endpointsAtServer() const;
     Url url(std::string_view path) const { return *Url::parse(base_ + std::string(path.substr(1))); }
 
-    const std::string base_;
-    const Endpoints endpoints_ = endpointsAtServer();
+    std::string base_;
+    Endpoints endpoints_ = endpointsAtServer();
     TemporaryFolder folder_;
-    const Places places_{.data = folder_ / "data", .downloads = folder_ / "Downloads"};
-    const AppInfo info_{"1.0", "today"};
+    Places places_{.data = folder_ / "data", .downloads = folder_ / "Downloads"};
+    AppInfo info_{"1.0", "today"};
     SystemClock clock_;
     GlibMainQueue queue_;
     FixedHostInfo host_;
@@ -129,9 +129,9 @@ struct Fetch {
 };
 
 /// Names it where a test fails.
-inline void PrintTo(const Fetch& fetch, std::ostream* stream)
+inline std::ostream& operator<<(std::ostream& stream, const Fetch& fetch)
 {
-    *stream << fetch.name;
+    return stream << fetch.name;
 }
 
 const std::vector<Fetch>& allFetches();

@@ -24,26 +24,26 @@ constexpr HttpLimits hurriedLimits{.silence = 1s, .total = 60ms, .jsonBody = 409
 
 class HostileNetworkTest : public ::testing::TestWithParam<Fetch> {
 protected:
-    HostileNetworkTest() { publish(server_, GetParam()); }
+    HostileNetworkTest() { publish(server, GetParam()); }
 
     std::string outcomeOf(const Fault& fault)
     {
-        server_.goWrong(GetParam().path, fault);
-        return run(fault.lasts == Fault::Lasts::briefly ? program_ : hurried_);
+        server.goWrong(GetParam().path, fault);
+        return run(fault.lasts == Fault::Lasts::briefly ? program : hurried);
     }
 
     std::string healedOutcome()
     {
-        server_.heal();
-        return run(program_);
+        server.heal();
+        return run(program);
     }
 
-    FaultyServer server_;
-    FetchingProgram program_{server_.base(), tightLimits};
-    FetchingProgram hurried_{server_.base(), hurriedLimits};
+    FaultyServer server;
+    FetchingProgram program{server.base(), tightLimits};
+    FetchingProgram hurried{server.base(), hurriedLimits};
 
 private:
-    static std::string run(FetchingProgram& program) { return (program.*GetParam().run)(); }
+    static std::string run(FetchingProgram& fetching) { return (fetching.*GetParam().run)(); }
 };
 
 TEST_P(HostileNetworkTest, ComesToWhatWhatArrivesComesToAndGoesOn)
@@ -72,21 +72,21 @@ class HostileDownloadTest : public ::testing::Test {
 protected:
     HostileDownloadTest()
     {
-        server_.documents = {{imagePath, "image"}};
-        fs::create_directory(*places_.downloads);
-        std::ofstream(older_) << "old";
+        server.documents = {{imagePath, "image"}};
+        fs::create_directory(*places.downloads);
+        std::ofstream(older) << "old";
     }
 
     DMGDownloadHelper::Result download(std::optional<std::string> sha256 = {})
     {
-        return resultOf(helper_.download(server_.url(imagePath), std::move(sha256), nullptr));
+        return resultOf(helper.download(server.url(imagePath), std::move(sha256), nullptr));
     }
 
     void expectNothingChanged(const std::string& after)
     {
-        EXPECT_EQ(content(older_), "old") << after;
-        EXPECT_EQ(std::distance(fs::directory_iterator(*places_.downloads), {}), 1) << after;
-        EXPECT_FALSE(fs::exists(places_.updates())) << after;
+        EXPECT_EQ(content(older), "old") << after;
+        EXPECT_EQ(std::distance(fs::directory_iterator(*places.downloads), {}), 1) << after;
+        EXPECT_FALSE(fs::exists(places.updates())) << after;
     }
 
     template <typename T>
@@ -99,16 +99,16 @@ protected:
         return *std::move(result);
     }
 
-    FaultyServer server_;
-    SoupHttpClient http_{"1"};
-    SystemClock clock_;
-    testing::TemporaryFolder folder_;
-    const Places places_{.data = folder_ / "data", .downloads = folder_ / "Downloads"};
-    const fs::path older_ = *places_.downloads / "C.dmg";
-    PosixFileStore files_;
-    PosixIncomingFiles incoming_;
-    testing::RecordingDesktop desktop_;
-    DMGDownloadHelper helper_{http_, files_, incoming_, desktop_, clock_, places_};
+    FaultyServer server;
+    SoupHttpClient http{"1"};
+    SystemClock clock;
+    testing::TemporaryFolder folder;
+    const Places places{.data = folder / "data", .downloads = folder / "Downloads"};
+    const fs::path older = *places.downloads / "C.dmg";
+    PosixFileStore files;
+    PosixIncomingFiles incoming;
+    testing::RecordingDesktop desktop;
+    DMGDownloadHelper helper{http, files, incoming, desktop, clock, places};
 };
 
 TEST_F(HostileDownloadTest, AnImageThatIsNotTheAnnouncedOneLeavesNothing)
@@ -123,39 +123,39 @@ TEST_F(HostileDownloadTest, AnImageThatIsNotTheAnnouncedOneLeavesNothing)
 
 TEST_F(HostileDownloadTest, ADownloadThatIsCancelledLeavesNothing)
 {
-    const auto files = [this] { return std::distance(fs::directory_iterator(*places_.downloads), {}); };
-    server_.documents.erase(imagePath);
+    const auto fileCount = [this] { return std::distance(fs::directory_iterator(*places.downloads), {}); };
+    server.documents.erase(imagePath);
     const Fault stalls{.name = "stalls", .reply = [](const std::string&, const std::string&) {
                            return testing::RawServer::Reply{"HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf",
                                                             testing::RawServer::Reply::Then::wait};
                        }};
-    server_.goWrong(imagePath, stalls);
+    server.goWrong(imagePath, stalls);
     std::optional<DMGDownloadHelper::Result> result;
     TaskScope scope;
-    scope.start(keepResult(helper_.download(server_.url(imagePath), std::nullopt, nullptr), &result));
-    ASSERT_TRUE(iterateUntil([&] { return files() == 2; })) << "the first bytes have arrived";
+    scope.start(keepResult(helper.download(server.url(imagePath), std::nullopt, nullptr), &result));
+    ASSERT_TRUE(iterateUntil([&] { return fileCount() == 2; })) << "the first bytes have arrived";
     scope.cancel();
     expectNothingChanged("cancelled");
-    EXPECT_TRUE(iterateUntil([&] { return server_.raw().hangUps == 1; }));
+    EXPECT_TRUE(iterateUntil([&] { return server.raw().hangUps == 1; }));
     EXPECT_FALSE(result);
 }
 
 TEST_F(HostileDownloadTest, AGoodDownloadReplacesAFileNeverAFolderAndFindsAnotherPlace)
 {
     // The digest of "image".
-    EXPECT_EQ(download("6105D6CC76AF400325E94D588CE511BE5BFDBB73B437DC51ECA43917D7A43E3D"), older_);
-    EXPECT_EQ(content(older_), "image");
+    EXPECT_EQ(download("6105D6CC76AF400325E94D588CE511BE5BFDBB73B437DC51ECA43917D7A43E3D"), older);
+    EXPECT_EQ(content(older), "image");
 
-    fs::remove(older_);
-    fs::create_directory(older_);
+    fs::remove(older);
+    fs::create_directory(older);
     EXPECT_FALSE(download());
-    EXPECT_TRUE(fs::is_directory(older_));
-    EXPECT_EQ(std::distance(fs::directory_iterator(*places_.downloads), {}), 1);
+    EXPECT_TRUE(fs::is_directory(older));
+    EXPECT_EQ(std::distance(fs::directory_iterator(*places.downloads), {}), 1);
 
-    fs::remove_all(*places_.downloads);
-    std::ofstream(*places_.downloads) << "a file where the folder should be";
-    EXPECT_EQ(download(), places_.updates() / "C.dmg");
-    EXPECT_EQ(content(places_.updates() / "C.dmg"), "image");
+    fs::remove_all(*places.downloads);
+    std::ofstream(*places.downloads) << "a file where the folder should be";
+    EXPECT_EQ(download(), places.updates() / "C.dmg");
+    EXPECT_EQ(content(places.updates() / "C.dmg"), "image");
 }
 
 } // namespace

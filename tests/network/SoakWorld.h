@@ -84,8 +84,8 @@ private:
     SoupHttpClient client_{"1", HttpLimits{.jsonBody = 4096, .pageBody = 8192}};
     WatchedHttpClient http_{client_};
 
-    const Endpoints endpoints_;
-    const Places places_{.data = "/data", .cache = "/cache", .defaults = "/defaults"};
+    Endpoints endpoints_;
+    Places places_{.data = "/data", .cache = "/cache", .defaults = "/defaults"};
     ManualClock clock_;
     GlibMainQueue queue_;
     ManualWake wake_;

@@ -34,7 +34,7 @@ GioCall<GBytesPtr> received(GInputStream* stream)
         });
 }
 
-GioCall<bool> sent(GSocketConnection* connection, std::shared_ptr<std::string> bytes)
+GioCall<bool> sent(GSocketConnection* connection, const std::shared_ptr<std::string>& bytes)
 {
     auto* stream = g_io_stream_get_output_stream(G_IO_STREAM(connection));
     return GioCall<bool>(

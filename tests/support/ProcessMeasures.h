@@ -29,6 +29,18 @@ inline std::size_t runningThreads()
     return entriesOf("/proc/self/task");
 }
 
+/// Those of one name; the libraries have threads of their own, which come and go.
+inline std::size_t runningThreads(std::string_view name)
+{
+    std::size_t count = 0;
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::string found;
+        std::getline(std::ifstream(task.path() / "comm"), found);
+        count += found == name ? 1 : 0;
+    }
+    return count;
+}
+
 /// A line of this process's status that counts KiB: "VmRSS" what is resident now, "VmHWM" the most since the last
 /// `forgetPeak`.
 inline std::size_t statusKiB(std::string_view name)

@@ -48,18 +48,21 @@ std::string addressOf(WebKitNavigationAction* action)
 
 } // namespace
 
+template <auto method>
+void WebKitDocumentView::connect(const char* signal)
+{
+    signals_.push_back(SignalConnection::to<method>(view_.get(), signal, this));
+}
+
 WebKitDocumentView::WebKitDocumentView(WebKitWebContext* context, WebKitNetworkSession* session, Renderer renderer)
     : view_(makeWebKitView(context, session, renderer)), refusals_(view_.get())
 {
     constexpr GdkRGBA transparent{};
     webkit_web_view_set_background_color(view_.get(), &transparent);
-    const auto connect = [this]<auto method>(const char* signal) {
-        signals_.push_back(SignalConnection::to<method>(view_.get(), signal, this));
-    };
-    connect.operator()<&WebKitDocumentView::policyAsked>("decide-policy");
-    connect.operator()<&WebKitDocumentView::createRequested>("create");
-    connect.operator()<&WebKitDocumentView::contextMenuRequested>("context-menu");
-    connect.operator()<&WebKitDocumentView::processTerminated>("web-process-terminated");
+    connect<&WebKitDocumentView::policyAsked>("decide-policy");
+    connect<&WebKitDocumentView::createRequested>("create");
+    connect<&WebKitDocumentView::contextMenuRequested>("context-menu");
+    connect<&WebKitDocumentView::processTerminated>("web-process-terminated");
 }
 
 WebKitDocumentView::~WebKitDocumentView() = default;

@@ -27,6 +27,8 @@ public:
     void show(std::string_view html) override;
 
 private:
+    template <auto method>
+    void connect(const char* signal);
     bool mayFollow(const DocumentLink& link);
     gboolean policyAsked(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
     gboolean navigationAsked(WebKitPolicyDecision* decision, bool isInNewWindow);

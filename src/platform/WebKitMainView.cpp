@@ -95,21 +95,24 @@ WebKitMainView::WebKitMainView(WebKitWebContext* context, WebKitNetworkSession* 
 
 WebKitMainView::~WebKitMainView() = default;
 
+template <auto method>
+void WebKitMainView::connect(const char* signal)
+{
+    signals_.push_back(SignalConnection::to<method>(view_.get(), signal, this));
+}
+
 void WebKitMainView::connectSignals()
 {
-    const auto connect = [this]<auto method>(const char* signal) {
-        signals_.push_back(SignalConnection::to<method>(view_.get(), signal, this));
-    };
-    connect.operator()<&WebKitMainView::loadChanged>("load-changed");
-    connect.operator()<&WebKitMainView::loadFailed>("load-failed");
-    connect.operator()<&WebKitMainView::propertyChanged>("notify::uri");
-    connect.operator()<&WebKitMainView::propertyChanged>("notify::title");
-    connect.operator()<&WebKitMainView::propertyChanged>("notify::is-loading");
-    connect.operator()<&WebKitMainView::createRequested>("create");
-    connect.operator()<&WebKitMainView::dialogRequested>("script-dialog");
-    connect.operator()<&WebKitMainView::permissionRequested>("permission-request");
-    connect.operator()<&WebKitMainView::contextMenuRequested>("context-menu");
-    connect.operator()<&WebKitMainView::processTerminated>("web-process-terminated");
+    connect<&WebKitMainView::loadChanged>("load-changed");
+    connect<&WebKitMainView::loadFailed>("load-failed");
+    connect<&WebKitMainView::propertyChanged>("notify::uri");
+    connect<&WebKitMainView::propertyChanged>("notify::title");
+    connect<&WebKitMainView::propertyChanged>("notify::is-loading");
+    connect<&WebKitMainView::createRequested>("create");
+    connect<&WebKitMainView::dialogRequested>("script-dialog");
+    connect<&WebKitMainView::permissionRequested>("permission-request");
+    connect<&WebKitMainView::contextMenuRequested>("context-menu");
+    connect<&WebKitMainView::processTerminated>("web-process-terminated");
     signals_.push_back(SignalConnection::to<&WebKitMainView::historyChanged>(
         webkit_web_view_get_back_forward_list(view_.get()), "changed", this));
 }

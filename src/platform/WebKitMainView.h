@@ -37,6 +37,8 @@ public:
     std::string committedAddress() const override;
 
 private:
+    template <auto method>
+    void connect(const char* signal);
     void connectSignals();
 
     void loadChanged(WebKitLoadEvent event);

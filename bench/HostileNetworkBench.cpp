@@ -146,7 +146,7 @@ public:
     /// Tells the worst of the faults and of the large bodies. The worst growth of all, in KiB.
     std::size_t tell()
     {
-        const auto large = std::ranges::stable_partition(results_, std::logical_not(), &Measured::isLarge);
+        const auto large = std::ranges::partition(results_, std::logical_not(), &Measured::isLarge);
         const std::span faulty(results_.begin(), large.begin());
         return std::max(tell("faults", faulty), tell("large bodies", large));
     }

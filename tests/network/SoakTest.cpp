@@ -28,7 +28,7 @@ TEST(SoakTest, DaysOfFailuresLeaveNothingBehindAndEveryCheckComesBackInTime)
     EXPECT_GT(world.failedRequests() * 6, world.requests());
     EXPECT_NEAR(static_cast<double>(testing::heapBytes()), static_cast<double>(heap), 256 << 10);
     EXPECT_NEAR(static_cast<double>(testing::openDescriptors()), static_cast<double>(descriptors), 4);
-    EXPECT_LE(testing::runningThreads(), threads);
+    EXPECT_LE(testing::runningThreads(), threads + 2) << "GLib's own come and go";
 }
 
 } // namespace

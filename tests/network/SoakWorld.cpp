@@ -63,7 +63,10 @@ SoakWorld::SoakWorld(unsigned seed)
       coordinator_(devices_, clock_, queue_, wake_, [this] { return random_(); })
 {
     faults_ = allFaults();
-    std::erase_if(faults_, [](const Fault& fault) { return fault.lasts != Fault::Lasts::briefly; });
+    std::erase_if(faults_, [](const Fault& fault) {
+        const bool fails = fault.arrives == Fault::Arrives::nothing || fault.status < 200 || fault.status > 299;
+        return !fails || fault.lasts != Fault::Lasts::briefly;
+    });
     documents_ = {{pendingPath, R"({"notifications":[{"recipientId":7,"title":"t"}]})"},
                   {sitesPath, R"([{"service":"A","url":"u","description":"d"}])"},
                   {notesPath, "<p>{{VERSION}}"},

@@ -6,10 +6,12 @@
 namespace corvane {
 namespace {
 
-/// Counts brackets outside strings: one pass that keeps the parser from building a tree too deep to handle.
-bool isNestedDeeperThan(std::string_view text, std::size_t deepest)
+/// Counts brackets and commas outside strings: one pass that keeps the parser from building a tree too deep to handle,
+/// or many times larger than its text.
+bool isTooMuch(std::string_view text, std::size_t deepest)
 {
     std::size_t depth = 0;
+    std::size_t values = 1;
     bool inString = false;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char c = text[i];
@@ -21,7 +23,10 @@ bool isNestedDeeperThan(std::string_view text, std::size_t deepest)
         } else if (c == '"') {
             inString = true;
         } else if (c == '[' || c == '{') {
-            if (++depth > deepest)
+            if (++depth > deepest || ++values > mostJsonValues)
+                return true;
+        } else if (c == ',') {
+            if (++values > mostJsonValues)
                 return true;
         } else if ((c == ']' || c == '}') && depth > 0) {
             --depth;
@@ -35,7 +40,7 @@ bool isNestedDeeperThan(std::string_view text, std::size_t deepest)
 std::optional<Json> parseJson(std::string_view text, std::size_t deepest)
 {
     // The parser would take a null byte for the end of the text.
-    if (text.contains('\0') || isNestedDeeperThan(text, deepest))
+    if (text.contains('\0') || isTooMuch(text, deepest))
         return std::nullopt;
     auto document = Json::parse(text, nullptr, /*allow_exceptions=*/false);
     if (document.is_discarded())

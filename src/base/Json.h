@@ -15,7 +15,12 @@ using Json = nlohmann::json;
 /// The deepest nesting of arrays and objects that is read.
 inline constexpr std::size_t deepestJson = 512;
 
-/// Reads one JSON document (RFC 8259, UTF-8). Empty when it is malformed or nested deeper than `deepest`.
+/// The most values that are read in one piece, each array and object being one. A tree may take 150 bytes for a value
+/// of seven, so that an answer of 4 MiB would grow to 140 MiB and take half a second.
+inline constexpr std::size_t mostJsonValues = 100'000;
+
+/// Reads one JSON document (RFC 8259, UTF-8). Empty when it is malformed, nested deeper than `deepest`, or has more
+/// than `mostJsonValues`.
 std::optional<Json> parseJson(std::string_view text, std::size_t deepest = deepestJson);
 
 /// The member `key` of an object; null when `value` is no object or has no such member.

@@ -4,6 +4,8 @@
 #include "base/Json.h"
 #include "catalogue/SiteReader.h"
 
+#include <utility>
+
 namespace corvane {
 
 std::optional<std::vector<Site>> decodeSites(std::string_view bytes)
@@ -21,9 +23,12 @@ Task<std::optional<std::vector<Site>>> decodeSitesInTurns(std::string_view bytes
 {
     SiteReader reader;
     JsonSlices slices(bytes, sliceSize);
+    bool isFirst = true;
     while (const auto slice = slices.next()) {
         if (!Json::sax_parse(slice->begin(), slice->end(), &reader))
             co_return std::nullopt;
+        if (std::exchange(isFirst, false))
+            reader.expect(static_cast<double>(bytes.size()) / static_cast<double>(slice->size()));
         if (!slices.isComplete())
             co_await IdleTurn();
     }

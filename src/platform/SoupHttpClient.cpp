@@ -3,6 +3,7 @@
 #include "platform/RequestDeadline.h"
 #include "platform/SoupExchange.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -12,6 +13,9 @@ namespace {
 /// A body that is kept in memory.
 class BodyText final : public ByteSink {
 public:
+    /// Room that no byte comes for stays untouched.
+    explicit BodyText(std::uint64_t expected) { text_.reserve(static_cast<std::size_t>(expected)); }
+
     Result<void> write(std::string_view bytes) override
     {
         text_ += bytes;
@@ -32,7 +36,7 @@ Task<Result<HttpResponse>> fetched(GObjectPtr<SoupSession> session, HttpRequest 
     if (!answer)
         co_return deadline.explain(answer.error());
     const int status = answer->status();
-    BodyText body;
+    BodyText body(std::min(answer->length.value_or(0), largest));
     const auto received = co_await receive(*std::move(answer), &body, largest, nullptr, deadline.cancellable());
     if (!received)
         co_return deadline.explain(received.error());

@@ -33,6 +33,20 @@ TEST(JsonTest, ReadsToTheDeepestLevelAndNoFurther)
     EXPECT_FALSE(parseJson(R"("\)", 1));
 }
 
+TEST(JsonTest, ReadsNoMoreValuesThanFitTheMemory)
+{
+    const auto list = [](std::size_t count) {
+        std::string text = "[";
+        for (std::size_t i = 1; i < count; ++i)
+            text += "0,";
+        return text + "0]";
+    };
+    EXPECT_TRUE(parseJson(list(99'998)));
+    EXPECT_FALSE(parseJson(list(100'000)));
+    EXPECT_FALSE(parseJson("[" + std::string(400'000, '[') + std::string(400'000, ']') + "]", 500'000));
+    EXPECT_TRUE(parseJson("[\"" + std::string(200'000, ',') + "\"]")) << "commas in text are no values";
+}
+
 TEST(JsonTest, AgreesWithThePublicConformanceCases)
 {
     const auto folder = std::filesystem::path(CORVANE_SOURCE_DIR) / "../shared/corpora/json-parsing";

@@ -22,11 +22,18 @@ public:
 
     void empty() { window_.unset_child(); }
 
-    /// Clicks with a real pointer; false when there is none.
+    /// Clicks into the middle with a real pointer; false when there is none.
     [[nodiscard]] static bool click()
     {
         return adopt(g_subprocess_new(G_SUBPROCESS_FLAGS_NONE, nullptr, "xdotool", "mousemove", "640", "512", "click",
                                       "1", nullptr)) != nullptr;
+    }
+
+    /// Clicks into the middle and then near the lower edge.
+    [[nodiscard]] static bool clickTwice()
+    {
+        return adopt(g_subprocess_new(G_SUBPROCESS_FLAGS_NONE, nullptr, "xdotool", "mousemove", "640", "512", "click",
+                                      "1", "mousemove", "640", "960", "click", "1", nullptr)) != nullptr;
     }
 
 private:

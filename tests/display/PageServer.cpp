@@ -33,19 +33,23 @@ void PageServer::answer(SoupServer* /*server*/, SoupServerMessage* message, cons
 {
     auto& server = *static_cast<PageServer*>(self);
     const auto found = server.pages.find(path);
+    const char* query = g_uri_get_query(soup_server_message_get_uri(message));
+    const auto header = [message](const char* name) {
+        const char* value = soup_message_headers_get_one(soup_server_message_get_request_headers(message), name);
+        return std::string(value == nullptr ? "" : value);
+    };
+    const auto* body = soup_server_message_get_request_body(message);
+    auto& noted = found == server.pages.end() ? server.missed : server.requests;
+    noted.push_back({.path = std::string(path) + (query == nullptr ? "" : std::string("?") + query),
+                     .method = soup_server_message_get_method(message),
+                     .userAgent = header("User-Agent"),
+                     .accept = header("Accept"),
+                     .body = body->data == nullptr ? std::string()
+                                                   : std::string(body->data, static_cast<std::size_t>(body->length))});
     if (found == server.pages.end()) {
         soup_server_message_set_status(message, 404, nullptr);
         return;
     }
-    const char* query = g_uri_get_query(soup_server_message_get_uri(message));
-    const char* agent = soup_message_headers_get_one(soup_server_message_get_request_headers(message), "User-Agent");
-    const auto* body = soup_server_message_get_request_body(message);
-    server.requests.push_back({.path = std::string(path) + (query == nullptr ? "" : std::string("?") + query),
-                               .method = soup_server_message_get_method(message),
-                               .userAgent = agent == nullptr ? "" : agent,
-                               .body = body->data == nullptr
-                                           ? std::string()
-                                           : std::string(body->data, static_cast<std::size_t>(body->length))});
     const auto& page = found->second;
     if (page.isSilent) {
         soup_server_message_pause(message);

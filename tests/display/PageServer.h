@@ -25,6 +25,7 @@ public:
         std::string path; // with its query
         std::string method;
         std::string userAgent;
+        std::string accept;
         std::string body;
     };
 
@@ -38,6 +39,9 @@ public:
 
     /// Requests for pages that exist, in order.
     std::vector<Request> requests;
+
+    /// Requests for pages that do not exist, also those of other hosts where this is a client's proxy.
+    std::vector<Request> missed;
 
     std::size_t hits(const std::string& path) const;
 

@@ -1,0 +1,219 @@
+#include "display/DocumentShown.h"
+#include "display/EngineWorld.h"
+#include "display/FullScreen.h"
+#include "display/HostileTexts.h"
+#include "notifications/NotificationText.h"
+#include "screens/DialogWorld.h"
+#include "screens/NotificationsModel.h"
+#include "screens/WhatsNewModel.h"
+#include "support/RunTask.h"
+
+#include <algorithm>
+#include <iostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <webkit/webkit.h>
+
+namespace corvane::testing {
+namespace {
+
+const std::vector<std::string> served{"/script",      "/style",        "/frame", "/framed",
+                                      "/frame/frame", "/frame/script", "/away"};
+
+void countFinished(WebKitWebView* /*view*/, WebKitLoadEvent event, gpointer count)
+{
+    *static_cast<int*>(count) += event == WEBKIT_LOAD_FINISHED ? 1 : 0;
+}
+
+/// A document view as a dialog has it, and what its links ask for.
+struct ShownDocument {
+    std::unique_ptr<DocumentView> view;
+    GtkWidget* widget;
+    std::vector<DocumentLink> links;
+    bool follows = false; // the link that was asked about last
+    bool hasAskedLater = false;
+    int finished = 0; // loads
+    SignalConnection loads;
+    std::string shown;
+};
+
+/// The models of both dialogs that show texts of a server, each with the view that it would have in the program.
+class DocumentTextTest : public ::testing::Test, protected DialogWorld {
+protected:
+    DocumentTextTest()
+    {
+        for (const auto& path : served)
+            server.pages[path] = {.body = "ok", .headers = {{"Cache-Control", "no-store"}}};
+        server.pages["/seen"] = {.body = "<svg xmlns='http://www.w3.org/2000/svg'/>",
+                                 .type = "image/svg+xml",
+                                 .headers = {{"Cache-Control", "no-store"}}};
+        prepare(notes, whatsNew);
+        prepare(note, notifications);
+    }
+
+    template <typename Model>
+    void prepare(ShownDocument& document, Model& model)
+    {
+        document.view = factory.makeDocumentView();
+        document.widget = WebKitViewFactory::widget(*document.view);
+        document.view->setReaderStyle(model.readerStyle());
+        document.view->setLinkRule([&document, &model](const DocumentLink& link) {
+            if (link.address == "x-later:a") {
+                document.hasAskedLater = true;
+                return false;
+            }
+            document.links.push_back(link);
+            // A part of the document is scrolled to, not loaded.
+            document.follows = model.followsLink(link) && !link.asksForNewWindow && !link.address.contains('#');
+            return document.follows;
+        });
+        document.loads =
+            SignalConnection(document.widget, "load-changed", G_CALLBACK(countFinished), &document.finished);
+        keepEngineOf(document.widget);
+        // Whatever is on another host comes to the server here.
+        auto* session = webkit_web_view_get_network_session(WEBKIT_WEB_VIEW(document.widget));
+        const char* const direct[] = {"127.0.0.1", "localhost", nullptr};
+        auto* proxy = webkit_network_proxy_settings_new(server.site().c_str(), direct);
+        webkit_network_session_set_proxy_settings(session, WEBKIT_NETWORK_PROXY_MODE_CUSTOM, proxy);
+        webkit_network_proxy_settings_free(proxy);
+    }
+
+    /// The page of release notes with this text, as the server published it.
+    std::string releaseNotes(const std::string& text)
+    {
+        whatsNew.disappear();
+        state.activeWhatsNew.set(WhatsNewContext{.whatsNewHTML = text});
+        whatsNew.appear();
+        return *whatsNew.page();
+    }
+
+    /// The page of the only notification, whose body the server sent.
+    std::string notification(const std::string& text)
+    {
+        const Json sent = {{"notifications", {{{"recipientId", ++lastId}, {"title", "T"}, {"body", text}}}}};
+        http.respond = [answer = compactJson(sent)](const HttpRequest& request) {
+            return HttpResponse{200, request.url.path().ends_with("pending") ? answer : "{}"};
+        };
+        EXPECT_EQ(resultOf(manager.refresh()), 1);
+        notifications.appear();
+        return notifications.page();
+    }
+
+    /// Shows a page and sees that the view has exactly its bytes and that nothing but images comes of them.
+    void expectHarmless(ShownDocument& document, const std::string& page)
+    {
+        if (page == std::exchange(document.shown, page))
+            return;
+        ASSERT_TRUE(showAndWait(*document.view, document.widget, page));
+        expectStill(document);
+        EXPECT_EQ(document.links.size(), 0U);
+    }
+
+    /// Asks the page's process three times: by then it has had its turns, and its wishes have come.
+    void expectStill(ShownDocument& document, bool mayMoveOn = false)
+    {
+        for (int i = 0; i < 3; ++i) {
+            const auto bytes = shownBytes(document.widget);
+            if (!mayMoveOn)
+                ASSERT_EQ(bytes, document.shown);
+        }
+        for (const auto* requests : {&server.requests, &server.missed}) {
+            for (const auto& [path, method, agent, accept, body] : *requests)
+                EXPECT_TRUE(accept.starts_with("image/") || accept.starts_with("video/*")) << path << " " << accept;
+        }
+        EXPECT_TRUE(std::ranges::all_of(server.requests, [](const auto& asked) {
+            return asked.path.starts_with("/seen");
+        })) << server.requests.back().path;
+        images += server.requests.size() + server.missed.size();
+        server.requests.clear();
+        server.missed.clear();
+    }
+
+    PageServer server;
+    TemporaryFolder folder;
+    Places places{.data = folder / "data", .cache = folder / "cache", .defaults = folder / "defaults.json"};
+    WebKitViewFactory factory{places, "de_CH", Renderer::software};
+    WhatsNewModel whatsNew{{.appState = state,
+                            .settingsManager = settingsManager,
+                            .themeManager = themeManager,
+                            .resources = resources,
+                            .app = info,
+                            .http = http,
+                            .clock = clock,
+                            .desktop = desktop},
+                           [](const WhatsNewContext&) {}};
+    NotificationsModel notifications{{.appState = state,
+                                      .manager = manager,
+                                      .settingsManager = settingsManager,
+                                      .themeManager = themeManager,
+                                      .desktop = desktop,
+                                      .clock = clock}};
+    ShownDocument notes;
+    ShownDocument note;
+    std::int64_t lastId = 0;
+    std::size_t images = 0;
+};
+
+/// What stands in the document of a notification for a text without markup.
+std::string escapedLines(const std::string& text)
+{
+    std::string html;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (c == '\n' || c == '\r')
+            html += c == '\n' && i > 0 && text[i - 1] == '\r' ? "" : "<br>";
+        else
+            html += c == '<' ? "&lt;" : c == '>' ? "&gt;" : c == '&' ? "&amp;" : std::string(1, c);
+    }
+    return "<p>" + html + "</p>";
+}
+
+TEST_F(DocumentTextTest, StaysAsItIsAndDoesNothing)
+{
+    auto texts = hostileTexts(server.site());
+    const auto own = texts.size();
+    const auto collected = naughtyStrings();
+    texts.insert(texts.end(), collected.begin(), collected.end());
+    for (const auto& text : texts) {
+        const ::testing::ScopedTrace trace(__FILE__, __LINE__, text);
+        const auto page = releaseNotes(text);
+        if (!text.empty())
+            EXPECT_TRUE(page.ends_with("<body>\n" + text + "\n</body>\n</html>"));
+        expectHarmless(notes, page);
+        const auto body = notification(text);
+        if (!text.contains("{{THEME_CSS}}"))
+            EXPECT_TRUE(
+                body.ends_with("<body>" + (looksLikeHTML(text) ? text : escapedLines(text)) + "</body></html>"));
+        expectHarmless(note, body);
+    }
+    EXPECT_EQ(desktop.calls, std::vector<std::string>{});
+    std::cout << "texts tried: " << own << " of our own, " << collected.size()
+              << (collected.empty() ? " (the others are not there)" : " of others")
+              << ", each in both dialogs; images asked for: " << images << '\n';
+}
+
+TEST_F(DocumentTextTest, WouldDoHarmInTheMainView)
+{
+    EngineWorld world;
+    std::size_t harmful = 0;
+    const auto texts = hostileTexts(world.server.site());
+    for (const auto& path : served)
+        world.server.pages[path] = {.body = "ok", .headers = {{"Cache-Control", "no-store"}}};
+    for (const auto& text : texts) {
+        world.server.pages["/text"] = {.body = "<!doctype html><body>" + text,
+                                       .headers = {{"Cache-Control", "no-store"}}};
+        ASSERT_TRUE(world.open(world.server.site() + "/text"));
+        for (int i = 0; i < 3; ++i)
+            static_cast<void>(shownBytes(world.widget));
+        harmful += std::ranges::any_of(served, [&](const auto& path) { return world.server.hits(path) > 0; }) ? 1 : 0;
+        world.server.requests.clear();
+    }
+    EXPECT_GT(harmful, texts.size() / 3);
+    std::cout << "texts that do harm in a view without walls: " << harmful << " of " << texts.size() << '\n';
+}
+
+} // namespace
+} // namespace corvane::testing

@@ -157,12 +157,11 @@ const std::vector<std::string> texts{
     // Text that reads differently the second time.
     "<noscript><p title=\"</noscript><img src=x: onerror='RUN'>\"></noscript>",
     "<noscript><style></noscript><img src=x: onerror='RUN'></style></noscript>",
-    // NOLINTNEXTLINE(bugprone-suspicious-missing-comma): one text.
-    "<noscript><img src=SITE/seen><iframe src=SITE/frame></iframe><meta http-equiv=refresh "
-    "content=0;SITE/away></noscript>",
+    "<noscript><img src=SITE/seen><iframe src=SITE/frame></iframe></noscript>",
+    "<noscript><meta http-equiv=refresh content=0;SITE/away></noscript>",
     "<template><script>RUN</script></template><div><template shadowrootmode=open><script>RUN</script></template></div>",
-    "<div><template shadowrootmode=open><iframe src=SITE/frame></iframe><slot "
-    "onslotchange=\"RUN\"></slot></template></div>",
+    "<div><template shadowrootmode=open><iframe src=SITE/frame></iframe></template></div>",
+    "<div>a<template shadowrootmode=open><slot onslotchange=\"RUN\"></slot></template></div>",
     "<math><mtext><table><mglyph><style><!--</style><img title=\"--&gt;&lt;img src=x: onerror='RUN'&gt;\">",
     "<form><math><mtext></form><form><mglyph><style></math><img src=x: onerror=\"RUN\">",
     "<svg></p><style><a id=\"</style><img src=x: onerror='RUN'>\">",

@@ -5,8 +5,10 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include <fmt/format.h>
@@ -40,6 +42,15 @@ int answerOptions(int count, char** arguments)
     return -1;
 }
 
+/// Puts the program in this process's place once more, under its own name; returns only when that is not possible.
+void beginAnew(char** arguments)
+{
+    std::error_code error;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    if (!error)
+        execv(program.c_str(), arguments);
+}
+
 } // namespace
 
 int main(int count, char** arguments)
@@ -55,6 +66,6 @@ int main(int count, char** arguments)
     const bool isAskedForAgain = delegate->isAskedForAgain();
     delegate.reset();
     if (isAskedForAgain)
-        execv("/proc/self/exe", arguments);
+        beginAnew(arguments);
     return status;
 }

@@ -36,13 +36,14 @@ def name(pid):
         return "?"
 
 
-def pss(pids):
-    """Proportional set size in MiB by process name; a process whose memory is closed to us counts as nothing."""
+def pss(pids, part="Pss"):
+    """Proportional set size in MiB by process name; a process whose memory is closed to us counts as nothing. The part
+    "Pss_Anon" leaves out what files hold, whose share depends on the other programs that run."""
     sizes = defaultdict(float)
     for pid in pids:
         try:
             for line in Path(f"/proc/{pid}/smaps_rollup").read_text().splitlines():
-                if line.startswith("Pss:"):
+                if line.startswith(f"{part}:"):
                     sizes[name(pid)] += int(line.split()[1]) / 1024
         except OSError:
             continue

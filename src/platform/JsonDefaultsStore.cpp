@@ -154,6 +154,8 @@ bool JsonDefaultsStore::save(WhenLocked whenLocked)
         return false;
 
     const auto bytes = compactJson(values_);
+    if (bytes.size() > FileStore::largestFile)
+        return false; // No reader would take it.
     const bool isCurrent = newest && newest->isCurrent;
     if (isCurrent && newest->bytes == bytes)
         return true;

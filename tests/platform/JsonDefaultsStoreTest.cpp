@@ -155,6 +155,19 @@ TEST_F(JsonDefaultsStoreTest, AValueThatCannotBeWrittenLastsForThisRunAndIsTried
     EXPECT_EQ(open().string("c"), "3");
 }
 
+TEST_F(JsonDefaultsStoreTest, AValueThatNoReaderWouldTakeLeavesTheFileAlone)
+{
+    {
+        auto defaults = open();
+        defaults.setString("kept", "yes");
+        defaults.setString("large", std::string(FileStore::largestFile, 'x'));
+        EXPECT_EQ(defaults.string("large")->size(), FileStore::largestFile);
+    }
+    const auto defaults = open();
+    EXPECT_EQ(defaults.string("kept"), "yes");
+    EXPECT_EQ(defaults.string("large"), std::nullopt);
+}
+
 TEST_F(JsonDefaultsStoreTest, NobodyWaitsForTheLockAndNothingIsLostByThat)
 {
     open().setString("a", "1");

@@ -70,7 +70,9 @@ int AppDelegate::runPrimary()
     application_.addAction("close", "<Control>w", [this] { application_.closeActiveWindow(); });
     application_.addAction("quit", "<Control>q", [this] { quit(); });
     const int status = application_.run([this] { activate(); }, [this] { quit(); });
+    isQuitting_ = true;
     app_.reset();
+    application_.takeLateCalls(); // a start meanwhile found this instance still registered
     return status;
 }
 

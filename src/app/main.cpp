@@ -7,9 +7,11 @@
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include <fmt/format.h>
 #include <glib.h>
@@ -42,13 +44,13 @@ int answerOptions(int count, char** arguments)
     return -1;
 }
 
-/// Puts the program in this process's place once more, under its own name; returns only when that is not possible.
-void beginAnew(char** arguments)
+/// Puts the program in this process's place once more, without the variables that this one set for itself; returns only
+/// when that is not possible.
+void beginAnew(const std::filesystem::path& program, char** arguments, const std::vector<std::string>& ownVariables)
 {
-    std::error_code error;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    if (!error)
-        execv(program.c_str(), arguments);
+    for (const auto& variable : ownVariables)
+        unsetenv(variable.c_str());
+    execv(program.c_str(), arguments);
 }
 
 } // namespace
@@ -57,8 +59,11 @@ int main(int count, char** arguments)
 {
     if (const int status = answerOptions(count, arguments); status >= 0)
         return status;
+    std::error_code error;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", error); // its name may be gone at the end
     corvane::keepLoopbackFromProxies();
     auto renderer = corvane::chooseRenderer();
+    const auto ownVariables = renderer.ownVariables;
     g_set_prgname(corvane::AppInfo::applicationId);
     g_set_application_name("Corvane");
     auto delegate = std::make_unique<corvane::AppDelegate>(std::move(renderer));
@@ -66,6 +71,6 @@ int main(int count, char** arguments)
     const bool isAskedForAgain = delegate->isAskedForAgain();
     delegate.reset();
     if (isAskedForAgain)
-        beginAnew(arguments);
+        beginAnew(program, arguments, ownVariables);
     return status;
 }

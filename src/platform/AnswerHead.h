@@ -20,6 +20,9 @@ public:
     AnswerHead(const AnswerHead&) = delete;
     AnswerHead& operator=(const AnswerHead&) = delete;
 
+    /// To be called once the answer's stream is there: HTTP/2 tells the status before the other headers.
+    void arrived();
+
     /// Whether it contradicts itself, says what nobody can mean, or never comes; no body is to be read then.
     bool isBroken() const { return isBroken_; }
 
@@ -33,6 +36,7 @@ private:
     static constexpr int mostInterimAnswers = 100;
 
     void statusChanged(GParamSpec* property);
+    bool isFramed() const; // as HTTP/2 is: no chunks, and the engine of the protocol compares the length
     void readLength(SoupMessageHeaders* headers);
 
     SoupMessage* message_; // valid whenever a signal of its own arrives

@@ -58,6 +58,12 @@ int DesktopApplication::run(std::function<void()> activate, std::function<void()
     return status;
 }
 
+void DesktopApplication::takeLateCalls()
+{
+    while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+    }
+}
+
 void DesktopApplication::Action::activated(GVariant* /*parameter*/)
 {
     call();

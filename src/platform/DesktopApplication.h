@@ -34,6 +34,9 @@ public:
     /// whenever a later instance hands over, `interrupted` on SIGTERM, SIGINT and SIGHUP: it is to end the program.
     int run(std::function<void()> activate, std::function<void()> interrupted);
 
+    /// After `run`: carries out what other instances have asked for since, without waiting for more.
+    void takeLateCalls();
+
     /// An action of the whole program with a key of its own, such as "<Control>q"; empty for none. Before `run`.
     void addAction(const char* name, const char* key, std::function<void()> action);
 

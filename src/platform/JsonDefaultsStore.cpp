@@ -88,7 +88,8 @@ std::optional<bool> JsonDefaultsStore::boolean(std::string_view key) const
 
 void JsonDefaultsStore::setString(std::string_view key, std::string_view value)
 {
-    change(key, Json(repairedUtf8(value)));
+    if (value.size() <= longestText)
+        change(key, Json(repairedUtf8(value)));
 }
 
 void JsonDefaultsStore::setBoolean(std::string_view key, bool value)

@@ -26,6 +26,9 @@ public:
     /// the disk, which on a busy one may take a second or more.
     static constexpr std::chrono::seconds usualPatience{5};
 
+    /// In bytes. A longer text changes nothing: such texts would make a file together that no reader takes.
+    static constexpr std::size_t longestText = std::size_t{256} << 10U;
+
     /// `files` must outlive the store. The folder of `file` is created with the first change.
     JsonDefaultsStore(FileStore& files, std::filesystem::path file, std::chrono::milliseconds patience = usualPatience);
     JsonDefaultsStore(const JsonDefaultsStore&) = delete;

@@ -202,8 +202,10 @@ Task<Result<SoupAnswer>> finalAnswer(GObjectPtr<SoupSession> session, HttpReques
         auto message = makeMessage(request);
         if (!message)
             co_return std::unexpected(message.error());
-        const AnswerHead head(message->get(), retain(cancellable.get()));
+        AnswerHead head(message->get(), retain(cancellable.get()));
         auto stream = co_await headersArrived(session.get(), message->get(), retain(cancellable.get()));
+        if (stream)
+            head.arrived();
         if (head.isBroken())
             co_return failure(unreadable);
         if (!stream)

@@ -189,6 +189,8 @@ std::vector<Fault> lengthFaults()
     using enum Arrives;
     return {
         withLength("has no length", "", document),
+        withLength("has an empty length", "Content-Length: \r\n"),
+        withLength("has half a list of lengths", "Content-Length: {length},\r\n"),
         withLength("has a negative length", "Content-Length: -1\r\n"),
         withLength("has a hexadecimal length", "Content-Length: 0x5\r\n"),
         withLength("has a length past 64 bits", "Content-Length: 18446744073709551620\r\n"),

@@ -155,17 +155,19 @@ TEST_F(JsonDefaultsStoreTest, AValueThatCannotBeWrittenLastsForThisRunAndIsTried
     EXPECT_EQ(open().string("c"), "3");
 }
 
-TEST_F(JsonDefaultsStoreTest, AValueThatNoReaderWouldTakeLeavesTheFileAlone)
+TEST_F(JsonDefaultsStoreTest, TextsThatWouldMakeAnUnreadableFileAreLeftOut)
 {
     {
         auto defaults = open();
         defaults.setString("kept", "yes");
-        defaults.setString("large", std::string(FileStore::largestFile, 'x'));
-        EXPECT_EQ(defaults.string("large")->size(), FileStore::largestFile);
+        defaults.setString("kept", std::string(FileStore::largestFile, 'x'));
+        for (int i = 0; i < 20; ++i)
+            defaults.setString(std::to_string(i), std::string(JsonDefaultsStore::longestText, 'x'));
     }
     const auto defaults = open();
     EXPECT_EQ(defaults.string("kept"), "yes");
-    EXPECT_EQ(defaults.string("large"), std::nullopt);
+    EXPECT_TRUE(defaults.string("0"));
+    EXPECT_FALSE(defaults.string("19"));
 }
 
 TEST_F(JsonDefaultsStoreTest, NobodyWaitsForTheLockAndNothingIsLostByThat)

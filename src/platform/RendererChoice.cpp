@@ -33,8 +33,8 @@ void keepFrameBuffers()
 /// Sets the variables that the user has not set, and tells which.
 RendererChoice software()
 {
-    // The toolkit and the engine each probe OpenGL even when nothing is drawn with it; without a GPU that loads a
-    // compiler of shaders, which takes 50 ms. The toolkit's switch alone makes the engine complain.
+    // The toolkit probes OpenGL even when nothing is drawn with it, which takes tens of milliseconds without a GPU. Its
+    // switch alone makes the engine complain. (The engine opens a display of its own through EGL in any case.)
     static constexpr std::array<std::pair<const char*, const char*>, 3> wanted{
         {{"GSK_RENDERER", "cairo"}, {"GDK_DEBUG", "gl-disable"}, {"WEBKIT_DISABLE_COMPOSITING_MODE", "1"}}};
     RendererChoice choice{.renderer = Renderer::software, .ownVariables = {}};

@@ -94,6 +94,7 @@ void SettingsView::buildWindowTheme(Gtk::Box& section)
 void SettingsView::buildDialogTheme(Gtk::Box& section)
 {
     std::vector<Glib::ustring> labels;
+    labels.reserve(dialogThemeOptions.size());
     for (const auto& option : dialogThemeOptions)
         labels.emplace_back(std::string(option.label));
     dialogTheme_.set_model(Gtk::StringList::create(labels));

@@ -168,21 +168,8 @@ protected:
     TemporaryFolder folder;
     Places places{.data = folder / "data", .cache = folder / "cache", .defaults = folder / "defaults.json"};
     WebKitViewFactory factory{places, "de_CH", Renderer::software};
-    WhatsNewModel whatsNew{{.appState = state,
-                            .settingsManager = settingsManager,
-                            .themeManager = themeManager,
-                            .resources = resources,
-                            .app = info,
-                            .http = http,
-                            .clock = clock,
-                            .desktop = desktop},
-                           [](const WhatsNewContext&) {}};
-    NotificationsModel notifications{{.appState = state,
-                                      .manager = manager,
-                                      .settingsManager = settingsManager,
-                                      .themeManager = themeManager,
-                                      .desktop = desktop,
-                                      .clock = clock}};
+    WhatsNewModel whatsNew{whatsNewServices(), [](const WhatsNewContext&) {}};
+    NotificationsModel notifications{notificationsServices()};
     FullScreen screen;
     ShownDocument notes;
     ShownDocument note;

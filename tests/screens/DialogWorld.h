@@ -2,6 +2,8 @@
 
 #include "analytics/AnalyticsManager.h"
 #include "notifications/PushDeviceManager.h"
+#include "screens/NotificationsModel.h"
+#include "screens/WhatsNewModel.h"
 #include "settings/SettingsManager.h"
 #include "settings/ThemeManager.h"
 #include "state/AppState.h"
@@ -39,6 +41,28 @@ struct DialogWorld {
         for (const auto& event : analytics.preInitQueue())
             all.push_back(event.name + " " + std::get<std::string>(event.params.at("event_action")));
         return all;
+    }
+
+    /// What the two dialogs that show documents use.
+    WhatsNewModel::Services whatsNewServices()
+    {
+        return {.appState = state,
+                .settingsManager = settingsManager,
+                .themeManager = themeManager,
+                .resources = resources,
+                .app = info,
+                .http = http,
+                .clock = clock,
+                .desktop = desktop};
+    }
+    NotificationsModel::Services notificationsServices()
+    {
+        return {.appState = state,
+                .manager = manager,
+                .settingsManager = settingsManager,
+                .themeManager = themeManager,
+                .desktop = desktop,
+                .clock = clock};
     }
 
     MemoryDefaultsStore defaults;

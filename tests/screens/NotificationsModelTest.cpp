@@ -43,12 +43,7 @@ protected:
     bool isOpen() const { return *state.showNotifications; }
     PendingNotification notification(std::size_t index) const { return manager.pending()->at(index); }
 
-    NotificationsModel model{{.appState = state,
-                              .manager = manager,
-                              .settingsManager = settingsManager,
-                              .themeManager = themeManager,
-                              .desktop = desktop,
-                              .clock = clock}};
+    NotificationsModel model{notificationsServices()};
 };
 
 TEST_F(NotificationsModelTest, OpensTheOnlyOneByItselfAndOthersWhenSelected)

@@ -46,15 +46,7 @@ protected:
     bool isOpen() const { return state.activeWhatsNew->has_value(); }
 
     std::vector<std::string> updates;
-    WhatsNewModel model{{.appState = state,
-                         .settingsManager = settingsManager,
-                         .themeManager = themeManager,
-                         .resources = resources,
-                         .app = info,
-                         .http = http,
-                         .clock = clock,
-                         .desktop = desktop},
-                        [this](const WhatsNewContext& context) {
+    WhatsNewModel model{whatsNewServices(), [this](const WhatsNewContext& context) {
                             EXPECT_TRUE(isOpen());
                             updates.push_back(context.id);
                         }};
